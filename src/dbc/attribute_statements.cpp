@@ -1,0 +1,287 @@
+#include "dbc/attribute_statements.h"
+
+#include <array>
+#include <memory>
+#include <utility>
+
+#include "io/dbc_keywords.h"
+#include "io/text_number.h"
+#include "io/text_scan.h"
+#include "io/token_reader.h"
+
+namespace tabrin {
+
+namespace {
+
+// The ";" that ends a statement and the "," between enumeration values are delimiters and never seen in a token.
+constexpr CharSet kDelimiters(" \f\n\r\t\v;,");
+
+constexpr std::string_view kIntType = "INT";
+constexpr std::string_view kEnumType = "ENUM";
+constexpr std::string_view kStringType = "STRING";
+
+bool NextOfKind(TokenReader& tokens, TokenKind kind, std::string_view& token) {
+    return tokens.Next(token) && ClassifyToken(token) == kind;
+}
+
+// "BO_ <name> <type>", "SG_ <name> <type>" or, for the network, just "<name> <type>".
+bool ParseDefinitionHead(TokenReader& tokens, Attribute& definition, std::string_view& type) {
+    std::string_view token;
+    if (!tokens.Next(token)) {
+        return false;
+    }
+    if (ClassifyToken(token) == TokenKind::Word) {
+        if (token != kMessageKeyword && token != kSignalKeyword) {
+            return false;
+        }
+        definition.objectType = token == kMessageKeyword ? AttributeObjectType::Message : AttributeObjectType::Signal;
+        tokens.Next(token);
+    }
+    if (ClassifyToken(token) != TokenKind::Quoted) {
+        return false;
+    }
+    definition.name = Unquoted(token);
+    return NextOfKind(tokens, TokenKind::Word, type);
+}
+
+// One of the bounds must look like a number, and no minus sign does: "-10 100" is a range, "-10 abc" is none. A bound
+// that cannot be read is 0.
+bool ParseIntType(TokenReader& tokens, Attribute& definition) {
+    std::string_view minimum;
+    std::string_view maximum;
+    std::string_view extra;
+    if (!tokens.Next(minimum) || !tokens.Next(maximum) || tokens.Next(extra)) {
+        return false;
+    }
+    ToI32(minimum, definition.minimum);
+    ToI32(maximum, definition.maximum);
+    return ClassifyToken(minimum) == TokenKind::Number || ClassifyToken(maximum) == TokenKind::Number;
+}
+
+bool ParseEnumType(TokenReader& tokens, Attribute& definition) {
+    auto values = std::make_shared<Attribute::EnumValues>();
+    for (std::string_view token; tokens.Next(token);) {
+        if (ClassifyToken(token) != TokenKind::Quoted) {
+            return false;
+        }
+        values->emplace_back(Unquoted(token));
+    }
+    definition.enumValues = values;
+    return !values->empty();
+}
+
+bool ParseType(std::string_view type, TokenReader& tokens, Attribute& definition) {
+    if (type == kIntType) {
+        definition.valueType = AttributeValueType::Int;
+        return ParseIntType(tokens, definition);
+    }
+    if (type == kEnumType) {
+        definition.valueType = AttributeValueType::Enum;
+        return ParseEnumType(tokens, definition);
+    }
+    std::string_view extra;
+    definition.valueType = AttributeValueType::String;
+    return type == kStringType && !tokens.Next(extra);
+}
+
+void ParseDefinition(AttributeStore& store, TokenReader& tokens) {
+    Attribute definition;
+    std::string_view type;
+    if (!ParseDefinitionHead(tokens, definition, type) || store.IsNameRejected(definition.name)) {
+        return;
+    }
+    if (ParseType(type, tokens, definition)) {
+        store.AddDefinition(definition);
+    }
+}
+
+void ParseDefault(AttributeStore& store, TokenReader& tokens) {
+    std::string_view name;
+    std::string_view value;
+    if (!NextOfKind(tokens, TokenKind::Quoted, name) || store.IsNameRejected(Unquoted(name)) || !tokens.Next(value)) {
+        return;
+    }
+    store.SetDefaults(Unquoted(name), value);
+}
+
+// The network comes first: where a name is defined for the network and for messages too, its values bind to the network
+// definition, which their statements then do not fit.
+const Attribute* FindAnyDefinition(const AttributeStore& store, std::string_view name) {
+    using enum AttributeObjectType;
+    Attribute probe;
+    probe.name = name;
+    for (const AttributeObjectType objectType : {General, Message, Signal}) {
+        probe.objectType = objectType;
+        for (const auto valueType : {AttributeValueType::Int, AttributeValueType::String, AttributeValueType::Enum}) {
+            const Attribute* found = store.FindDefinition(probe, valueType);
+            if (found != nullptr) {
+                return found;
+            }
+        }
+    }
+    return nullptr;
+}
+
+// Nothing for the network, "BO_ <id>" or "SG_ <id> <signal>". An identifier out of range is 0.
+bool ParseObject(TokenReader& tokens, Attribute& value) {
+    if (value.objectType == AttributeObjectType::General) {
+        return true;
+    }
+    const bool isMessage = value.objectType == AttributeObjectType::Message;
+    std::string_view token;
+    if (!tokens.Next(token) || token != (isMessage ? kMessageKeyword : kSignalKeyword)) {
+        return false;
+    }
+    if (!NextOfKind(tokens, TokenKind::Number, token)) {
+        return false;
+    }
+    ToU32(token, value.objectId);
+    if (isMessage) {
+        return true;
+    }
+    if (!NextOfKind(tokens, TokenKind::Word, token)) {
+        return false;
+    }
+    value.signalName = token;
+    return true;
+}
+
+void ParseValue(AttributeStore& store, TokenReader& tokens) {
+    std::string_view token;
+    if (!NextOfKind(tokens, TokenKind::Quoted, token) || store.IsNameRejected(Unquoted(token))) {
+        return;
+    }
+    const Attribute* definition = FindAnyDefinition(store, Unquoted(token));
+    if (definition == nullptr) {
+        return;
+    }
+    Attribute value = *definition;
+    const bool isString = value.valueType == AttributeValueType::String;
+    if (ParseObject(tokens, value) && NextOfKind(tokens, isString ? TokenKind::Quoted : TokenKind::Number, token) &&
+        SetValueFromText(value, token)) {
+        store.AddValue(value);
+    }
+}
+
+// --- Writing
+
+std::string Quoted(const std::string& text) {
+    return "\"" + text + "\"";
+}
+
+std::string FormatType(const Attribute& definition) {
+    switch (definition.valueType) {
+        case AttributeValueType::Int:
+            return "INT " + std::to_string(definition.minimum) + " " + std::to_string(definition.maximum);
+        case AttributeValueType::Enum: {
+            std::string type(kEnumType);
+            char separator = ' ';
+            for (const std::string& value : definition.EnumList()) {
+                type += std::exchange(separator, ',') + Quoted(value);
+            }
+            return type;
+        }
+        case AttributeValueType::String:
+        case AttributeValueType::Unsupported:
+            break;
+    }
+    return "STRING ";
+}
+
+std::string FormatDefinition(const Attribute& definition) {
+    std::string line = "BA_DEF_ ";
+    if (definition.objectType == AttributeObjectType::Message) {
+        line += "BO_ ";
+    } else if (definition.objectType == AttributeObjectType::Signal) {
+        line += "SG_ ";
+    }
+    return line + Quoted(definition.name) + " " + FormatType(definition) + ";";
+}
+
+// Empty for an enumeration whose index is outside its list: there is then no line.
+std::string FormatDefaultValue(const Attribute& definition) {
+    switch (definition.valueType) {
+        case AttributeValueType::Int:
+            return std::to_string(definition.intValue);
+        case AttributeValueType::Enum:
+            return definition.EnumText() != nullptr ? Quoted(*definition.EnumText()) : std::string();
+        case AttributeValueType::String:
+        case AttributeValueType::Unsupported:
+            break;
+    }
+    return Quoted(definition.stringValue);
+}
+
+std::string FormatDefault(const Attribute& definition) {
+    const std::string value = FormatDefaultValue(definition);
+    return value.empty() ? value : "BA_DEF_DEF_ " + Quoted(definition.name) + " " + value + ";";
+}
+
+// Like a default, but an enumeration value goes by its index.
+std::string FormatValueText(const Attribute& value) {
+    if (value.valueType == AttributeValueType::Enum) {
+        return value.EnumText() != nullptr ? std::to_string(value.enumIndex) : std::string();
+    }
+    return FormatDefaultValue(value);
+}
+
+// Values of the network are never written: what the database as a whole is travels in the defaults.
+std::string FormatValue(const Attribute& value) {
+    const std::string text = FormatValueText(value);
+    if (value.objectType == AttributeObjectType::General || text.empty()) {
+        return {};
+    }
+    std::string line = "BA_ " + Quoted(value.name);
+    if (value.objectType == AttributeObjectType::Message) {
+        line += " BO_ " + std::to_string(value.objectId);
+    } else {
+        line += " SG_ " + std::to_string(value.objectId) + " " + value.signalName;
+    }
+    return line + " " + text + ";";
+}
+
+void AppendLines(std::string& lines, const AttributeStore::Sequence& attributes,
+                 std::string (*format)(const Attribute&)) {
+    for (const auto& attribute : attributes) {
+        const std::string line = format(*attribute);
+        if (line.empty()) {
+            continue;
+        }
+        if (!lines.empty()) {
+            lines += '\n';
+        }
+        lines += line;
+    }
+}
+
+}  // namespace
+
+bool IsAttributeStatement(std::string_view statement) {
+    size_t end = 0;
+    return KeywordAt(statement, kAttributeValueKeyword, 0, end) ||
+           KeywordAt(statement, kAttributeDefinitionKeyword, 0, end) ||
+           KeywordAt(statement, kAttributeDefaultKeyword, 0, end);
+}
+
+void ParseAttributeStatement(AttributeStore& store, std::string_view statement) {
+    TokenReader tokens(statement, kDelimiters);
+    std::string_view keyword;
+    tokens.Next(keyword);
+    if (keyword == kAttributeDefinitionKeyword) {
+        ParseDefinition(store, tokens);
+    } else if (keyword == kAttributeDefaultKeyword) {
+        ParseDefault(store, tokens);
+    } else if (keyword == kAttributeValueKeyword) {
+        ParseValue(store, tokens);
+    }
+}
+
+std::string WriteAttributeSections(const AttributeStore& store) {
+    std::string lines;
+    AppendLines(lines, store.Definitions(), FormatDefinition);
+    AppendLines(lines, store.Definitions(), FormatDefault);
+    AppendLines(lines, store.Values(), FormatValue);
+    return lines;
+}
+
+}  // namespace tabrin

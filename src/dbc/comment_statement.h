@@ -1,0 +1,20 @@
+// CM_ BO_ <id> "<text>";  and  CM_ SG_ <id> <name> "<text>";
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "io/dbc_file_stream.h"
+#include "model/can_database.h"
+
+namespace tabrin {
+
+// Attach a comment to every message of that identifier, or to its signal of that name. They decline, with false, what is
+// no comment of their kind or names a message that has not been read before.
+bool ReadMessageComment(CANDatabase& database, std::string_view statement);
+bool ReadSignalComment(CANDatabase& database, std::string_view statement);
+
+void WriteCommentsSection(DbcFileStream& stream, const CANDatabase::Messages& messages);
+
+}  // namespace tabrin

@@ -1,0 +1,115 @@
+#include "dbc/dbc_reader.h"
+
+#include <memory>
+#include <utility>
+
+#include "dbc/attribute_statements.h"
+#include "dbc/comment_statement.h"
+#include "dbc/value_statements.h"
+#include "dbc/well_known_attributes.h"
+
+namespace tabrin {
+
+namespace {
+
+// Drops what only reading needs, whichever way reading ends.
+class ReadingScope {
+public:
+    explicit ReadingScope(CANDatabase& database) : database_(database) { database_.Clear(); }
+    ~ReadingScope() { database_.EndReading(); }
+    ReadingScope(const ReadingScope&) = delete;
+    ReadingScope& operator=(const ReadingScope&) = delete;
+    ReadingScope(ReadingScope&&) = delete;
+    ReadingScope& operator=(ReadingScope&&) = delete;
+
+private:
+    CANDatabase& database_;
+};
+
+bool ReadMessage(CANDatabase& database, std::string_view statement, uint32_t line) {
+    auto message = std::make_shared<CANMessage>();
+    if (!message->ParseLine(statement)) {
+        database.RecordErrors(statement, line, message->parseErrors);
+        return false;
+    }
+    database.AddParsedMessage(std::move(message));
+    return true;
+}
+
+bool ReadSignal(CANDatabase& database, std::string_view statement, uint32_t line) {
+    auto signal = std::make_shared<CANSignal>();
+    if (!signal->ParseLine(statement)) {
+        database.RecordErrors(statement, line, signal->parseErrors);
+        return false;
+    }
+    database.messages.back()->AddSignal(std::move(signal));
+    return true;
+}
+
+// Offers each statement to the one reader that understands its keyword.
+class StatementReader {
+public:
+    explicit StatementReader(CANDatabase& database) : database_(database) {}
+
+    // `line` is the number of lines read so far.
+    void Read(StatementKind kind, std::string_view statement, uint32_t line) {
+        // Signals belong to the message last read, and only as long as nothing else and no faulty one comes between.
+        const bool accepting = std::exchange(accepting_, false);
+        switch (kind) {
+            case StatementKind::Message:
+                accepting_ = ReadMessage(database_, statement, line - 1);
+                break;
+            case StatementKind::Signal:
+                accepting_ = accepting && ReadSignal(database_, statement, line - 1);
+                break;
+            case StatementKind::Comment:
+                if (!ReadMessageComment(database_, statement)) {
+                    ReadSignalComment(database_, statement);
+                }
+                break;
+            case StatementKind::ValueType:
+                ReadValueTypeStatement(database_, statement);
+                break;
+            case StatementKind::ValueDescription:
+                ReadValueDescriptionStatement(database_, statement);
+                break;
+            case StatementKind::AttributeDefinition:
+            case StatementKind::AttributeDefault:
+            case StatementKind::AttributeValue:
+                ParseAttributeStatement(database_.attributes, statement);
+                break;
+            case StatementKind::Other:
+                break;
+        }
+    }
+
+private:
+    CANDatabase& database_;
+    bool accepting_ = false;
+};
+
+}  // namespace
+
+bool ReadDbcFile(CANDatabase& database, const char* path, uint32_t pathBufferSize, FileStatus& status) {
+    const ReadingScope scope(database);
+    DbcFileStream stream;
+    stream.Open(path, pathBufferSize, OpenMode::Read);
+    status = stream.Status();
+    if (status != FileStatus::Reading) {
+        return false;
+    }
+    StatementReader reader(database);
+    while (stream.NextStatement()) {
+        reader.Read(stream.Kind(), stream.Statement(), stream.LineNumber());
+    }
+    ApplyWellKnownAttributes(database);
+    status = stream.Status();
+    stream.Close();
+    if (status != FileStatus::EndOfFile) {
+        return false;
+    }
+    status = stream.Status();
+    return true;
+}
+
+}  // namespace tabrin

@@ -1,0 +1,154 @@
+#include "dbc/value_statements.h"
+
+#include "io/dbc_keywords.h"
+#include "io/text_number.h"
+#include "io/text_scan.h"
+
+namespace tabrin {
+
+namespace {
+
+// Hands the statement to the signals of that name in every message of that identifier.
+bool OfferToSignals(CANDatabase& database, std::string_view statement, std::string_view keyword,
+                    bool (CANSignal::*parse)(std::string_view, uint32_t)) {
+    uint32_t id = 0;
+    size_t position = 0;
+    if (!KeywordAt(statement, keyword, 0, position) || !UnsignedToken(statement, position, id, position)) {
+        return false;
+    }
+    const CANDatabase::Messages& messages = database.FindMessages(id);
+    const size_t name = FindNonBlank(statement, position);
+    for (const auto& message : messages) {
+        database.signalNames.Of(*message).ForEachNamedAt(statement, name,
+                                                         [&](CANSignal& signal) { (signal.*parse)(statement, id); });
+    }
+    return !messages.empty();
+}
+
+// Takes keyword, identifier and name; `position` is then the blank behind the name.
+bool ParseTarget(std::string_view line, std::string_view keyword, uint32_t messageId, std::string_view name,
+                 size_t& position) {
+    uint32_t id = 0;
+    if (!KeywordAt(line, keyword, 0, position) || !UnsignedToken(line, position, id, position) || id != messageId) {
+        return false;
+    }
+    position = FindNonBlank(line, position);
+    if (position == kNpos || line.compare(position, name.size(), name) != 0) {
+        return false;
+    }
+    position += name.size();
+    return position < line.size() && IsBlank(line[position]);
+}
+
+bool HasValueDescriptionLine(const CANSignal& signal) {
+    return signal.valueDescriptions.Size() != 0 && !signal.IsFloat();
+}
+
+template <typename Use>
+void ForEachSignal(const CANDatabase::Messages& messages, Use use) {
+    for (const auto& message : messages) {
+        for (const auto& signal : message->signals) {
+            use(*signal, message->id);
+        }
+    }
+}
+
+}  // namespace
+
+bool ReadValueTypeStatement(CANDatabase& database, std::string_view statement) {
+    return OfferToSignals(database, statement, kValueTypeKeyword, &CANSignal::ParseValueTypeLine);
+}
+
+bool ReadValueDescriptionStatement(CANDatabase& database, std::string_view statement) {
+    return OfferToSignals(database, statement, kValueDescriptionKeyword, &CANSignal::ParseValueDescriptionLine);
+}
+
+bool CANSignal::ParseValueTypeLine(std::string_view line, uint32_t messageId) {
+    size_t position = 0;
+    if ((length != 32 && length != 64) || !ParseTarget(line, kValueTypeKeyword, messageId, nameAsRead, position)) {
+        return false;
+    }
+    const size_t colon = FindNonBlank(line, position);
+    if (colon == kNpos || line[colon] != ':') {
+        return false;
+    }
+    uint32_t code = 0;
+    size_t semicolon = kNpos;
+    if (!ToU32(TextUntilChar(line, colon + 1, ';', semicolon), code)) {
+        return false;
+    }
+    if (code == 1 && length == 32) {
+        valueType = TABRIN_VALUE_FLOAT;
+        return true;
+    }
+    if (code == 2 && length == 64) {
+        valueType = TABRIN_VALUE_DOUBLE;
+        return true;
+    }
+    return false;
+}
+
+// Nothing checks the closing semicolon: behind the last description there is simply no further quote.
+bool CANSignal::ParseValueDescriptionLine(std::string_view line, uint32_t messageId) {
+    size_t position = 0;
+    if (!ParseTarget(line, kValueDescriptionKeyword, messageId, nameAsRead, position)) {
+        return false;
+    }
+    while (position < line.size()) {
+        size_t quote = kNpos;
+        int32_t value = 0;
+        // What stands in front of a quote and is no number is passed over; the text behind that quote is then tried as
+        // the next value.
+        if (ToI32(TextUntilChar(line, position, '"', quote), value)) {
+            const std::string_view description = TextUntilChar(line, quote + 1, '"', quote);
+            valueDescriptions.Add(value, description);
+        }
+        position = quote == kNpos ? line.size() : quote + 1;
+    }
+    return true;
+}
+
+std::string CANSignal::WriteValueTypeLine(uint32_t messageId) const {
+    std::string line;
+    if (IsFloat()) {
+        line.append(kValueTypeKeyword).append(" ");
+        AppendNumber(line, messageId);
+        line.append(" ").append(identifierName).append(valueType == TABRIN_VALUE_FLOAT ? " : 1;" : " : 2;");
+    }
+    return line;
+}
+
+// The descriptions of floats and doubles are kept and reported, but not written.
+std::string CANSignal::WriteValueDescriptionLine(uint32_t messageId) const {
+    std::string line;
+    if (!HasValueDescriptionLine(*this)) {
+        return line;
+    }
+    line.append(kValueDescriptionKeyword).append(" ");
+    AppendNumber(line, messageId);
+    line.append(" ").append(identifierName);
+    for (const auto& [value, text] : valueDescriptions.Entries()) {
+        line += ' ';
+        AppendNumber(line, value);
+        line.append(" \"").append(text).append("\"");
+    }
+    return line.append(";");
+}
+
+void WriteValueDescriptionsSection(DbcFileStream& stream, const CANDatabase::Messages& messages) {
+    ForEachSignal(messages, [&](const CANSignal& signal, uint32_t id) {
+        if (HasValueDescriptionLine(signal)) {
+            stream.WriteLine(signal.WriteValueDescriptionLine(id));
+        }
+    });
+}
+
+void WriteValueTypesSection(DbcFileStream& stream, const CANDatabase::Messages& messages) {
+    ForEachSignal(messages, [&](const CANSignal& signal, uint32_t id) {
+        if (signal.IsFloat()) {
+            stream.WriteLine(signal.WriteValueTypeLine(id));
+        }
+    });
+}
+
+}  // namespace tabrin

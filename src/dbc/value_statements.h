@@ -1,0 +1,18 @@
+// VAL_ <id> <signal> <value> "<text>" ...;  and  SIG_VALTYPE_ <id> <signal> : <1 float, 2 double>;
+#pragma once
+
+#include <string_view>
+
+#include "io/dbc_file_stream.h"
+#include "model/can_database.h"
+
+namespace tabrin {
+
+// They decline, with false, what has another keyword or names a message that has not been read before.
+bool ReadValueTypeStatement(CANDatabase& database, std::string_view statement);
+bool ReadValueDescriptionStatement(CANDatabase& database, std::string_view statement);
+
+void WriteValueDescriptionsSection(DbcFileStream& stream, const CANDatabase::Messages& messages);
+void WriteValueTypesSection(DbcFileStream& stream, const CANDatabase::Messages& messages);
+
+}  // namespace tabrin

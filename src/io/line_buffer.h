@@ -1,0 +1,60 @@
+// The text of a file on its way to the statements: read in blocks, handed over line by line.
+//
+// One buffer holds it all, so that a line is hardly ever moved:
+//
+//     [ dropped | lines handed over, not yet dropped | gap | bytes as read ]
+//
+// A line is cleaned where it lies and becomes part of the lines in front of it. The gap grows by what cleaning takes out
+// of a line (the CR of a line end, control characters) and closes when the buffer is packed.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+
+#include "io/file.h"
+
+namespace tabrin {
+
+class LineBuffer {
+public:
+    enum class Result { Line, EndOfFile, Failed };
+
+    explicit LineBuffer(File& file) : file_(file) {}
+
+    // Appends the next line to the text, with a "\n" behind it whatever its end was. Broken UTF-8 is replaced by "_" byte
+    // by byte, control characters that are no blanks are left out. The last line needs no line end.
+    Result ReadLine();
+
+    // The lines read and not yet dropped. The view holds until the next ReadLine.
+    [[nodiscard]] std::string_view Text() const { return {data_.get() + begin_, end_ - begin_}; }
+
+    // Drops that many bytes from the front of the text.
+    void Drop(size_t size) { begin_ += size; }
+    void Clear() { begin_ = end_; }
+
+    // Forgets everything, for the next file.
+    void Reset();
+
+private:
+    bool FindLineEnd(size_t& lineEnd);
+    bool ReadBlock();
+    void Pack(size_t capacity);
+    void TakeLine(size_t lineEnd);
+
+    File& file_;
+    std::unique_ptr<char[]> data_;
+    size_t capacity_ = 0;
+    size_t begin_ = 0;     // of the text
+    size_t end_ = 0;       // of the text
+    size_t rawBegin_ = 0;  // of the bytes as read
+    size_t rawEnd_ = 0;
+    size_t searched_ = 0;  // no line end lies between rawBegin_ and here
+    bool atEnd_ = false;
+    bool failed_ = false;
+};
+
+// Cleans one line in place and returns its new length.
+size_t CleanLine(char* line, size_t size);
+
+}  // namespace tabrin

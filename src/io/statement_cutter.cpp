@@ -1,0 +1,113 @@
+#include "io/statement_cutter.h"
+
+#include "io/text_scan.h"
+
+namespace tabrin {
+
+namespace {
+
+// A statement that has grown beyond this without meeting a keyword is delivered as it stands.
+constexpr size_t kLongestStatement = 4096;
+
+// `blank` is the position of a blank behind a token; tokens do not reach back beyond `from`.
+size_t TokenStart(std::string_view text, size_t from, size_t blank) {
+    size_t start = blank;
+    while (start > from && blank - start <= kLongestKeyword && !IsBlank(text[start - 1])) {
+        --start;
+    }
+    return start;
+}
+
+bool EndsInSemicolon(std::string_view text, size_t end) {
+    const size_t last = FindLastNotOf(text.substr(0, end), kBlanks, kNpos);
+    return last != kNpos && text[last] == ';';
+}
+
+}  // namespace
+
+// Looks for the ends of tokens: hardly any other token ends like a keyword does.
+bool FindKeyword(std::string_view text, size_t pos, KeywordHit& hit) {
+    for (size_t blank = pos + 1; blank < text.size(); ++blank) {
+        if (!IsBlank(text[blank]) || !MayEndKeyword(text[blank - 1])) {
+            continue;
+        }
+        const size_t start = TokenStart(text, pos, blank);
+        const StatementKeyword* keyword = FindStatementKeyword(text.substr(start, blank - start));
+        if (keyword != nullptr) {
+            hit = {keyword, start, blank};
+            return true;
+        }
+    }
+    return false;
+}
+
+void StatementCutter::Reset() {
+    lastRead_ = LineBuffer::Result::Line;
+    linesRead_ = 0;
+    pending_ = false;
+    current_ = next_ = {};
+    scanPosition_ = 0;
+    text_ = {};
+}
+
+bool StatementCutter::Next() {
+    text_ = {};
+    if (lastRead_ != LineBuffer::Result::Line) {
+        lines_.Clear();
+        return false;
+    }
+    if (pending_) {
+        current_ = next_;
+    } else if (!SeekKeyword()) {
+        lines_.Clear();
+        return false;
+    }
+    lines_.Drop(current_.start);
+    scanPosition_ -= current_.start;
+    pending_ = RunToNextKeyword();
+    text_ = pending_ ? lines_.Text().substr(0, next_.start) : lines_.Text();
+    return true;
+}
+
+bool StatementCutter::ReadLine() {
+    lastRead_ = lines_.ReadLine();
+    if (lastRead_ != LineBuffer::Result::Line) {
+        return false;
+    }
+    ++linesRead_;
+    return true;
+}
+
+// Lines are looked at one by one: what stands in front of the first keyword is passed over.
+bool StatementCutter::SeekKeyword() {
+    do {
+        lines_.Clear();
+        if (!ReadLine()) {
+            return false;
+        }
+    } while (!FindKeyword(lines_.Text(), 0, current_));
+    scanPosition_ = current_.end;
+    return true;
+}
+
+// A comment such as CM_ BO_ 100 "..."; has a keyword of its own in front of its text. The statements that end in a
+// semicolon therefore tolerate one; the statement then ends at the first keyword in the lines read after that.
+bool StatementCutter::RunToNextKeyword() {
+    bool tolerated = current_.keyword->termination == Termination::NextKeyword;
+    for (;;) {
+        if (FindKeyword(lines_.Text(), scanPosition_, next_)) {
+            if (tolerated || EndsInSemicolon(lines_.Text(), next_.start)) {
+                scanPosition_ = next_.end;
+                return true;
+            }
+            tolerated = true;
+        }
+        scanPosition_ = lines_.Text().size();
+        if (scanPosition_ > kLongestStatement || lastRead_ != LineBuffer::Result::Line) {
+            return false;
+        }
+        ReadLine();
+    }
+}
+
+}  // namespace tabrin

@@ -1,0 +1,56 @@
+// Scanning of statement text: blanks, keywords, number tokens, pieces between delimiters.
+//
+// Positions are byte indices into the text; kNpos means no position. None of the functions copies text: what they hand
+// back is a view into the text they were given.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tabrin {
+
+inline constexpr size_t kNpos = std::string_view::npos;
+
+// The blanks between tokens, the same set in every statement.
+inline constexpr std::string_view kBlanks = " \f\n\r\t\v";
+
+constexpr bool IsBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+constexpr bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+// Whether `keyword` is the first token at or after `pos`. It must be followed by a blank inside the same text, so a
+// keyword at the very end, or with ":" directly behind it, is none. `end` is where the keyword ends, kNpos when there is
+// no token at all.
+bool KeywordAt(std::string_view text, std::string_view keyword, size_t pos, size_t& end);
+
+// Reads the first token at or after `pos` as an unsigned number. It must be followed by a blank. On success `end` is the
+// index of that blank; on failure `value` is 0 and `end` kNpos.
+bool UnsignedToken(std::string_view text, size_t pos, uint32_t& value, size_t& end);
+
+// The text from `pos` up to, not including, the next `delimiter`, whose position goes to `found`; an empty text and
+// kNpos when there is none.
+std::string_view TextUntilChar(std::string_view text, size_t pos, char delimiter, size_t& found);
+
+// The text from `pos` to `last` inclusive without the blanks at both ends. Empty unless pos < last: a piece of a single
+// character counts as empty, which the statements rely on.
+std::string_view TrimmedBetween(std::string_view text, size_t pos, size_t last);
+
+// The whole text without the blanks at both ends; here a single character is kept.
+std::string_view Trimmed(std::string_view text);
+
+// The last position at or before `pos` whose character is not in `set`.
+size_t FindLastNotOf(std::string_view text, std::string_view set, size_t pos);
+
+// The first position at or after `pos` that is no blank.
+size_t FindNonBlank(std::string_view text, size_t pos);
+
+// Turns the blanks that would break a line or a column into spaces, in place.
+void NormaliseBlanks(std::string& text);
+
+}  // namespace tabrin

@@ -1,0 +1,70 @@
+#include "model/attribute.h"
+
+#include <algorithm>
+
+#include "io/text_number.h"
+#include "io/token_reader.h"
+
+namespace tabrin {
+
+namespace {
+
+bool SetIntFromNumber(Attribute& attribute, int32_t number) {
+    if (number < attribute.minimum || number > attribute.maximum) {
+        return false;
+    }
+    attribute.intValue = number;
+    return true;
+}
+
+bool SetEnumFromNumber(Attribute& attribute, int32_t number) {
+    if (number < 0 || static_cast<size_t>(number) >= attribute.EnumList().size()) {
+        return false;
+    }
+    attribute.enumIndex = number;
+    return true;
+}
+
+bool SetEnumFromName(Attribute& attribute, std::string_view name) {
+    const Attribute::EnumValues& names = attribute.EnumList();
+    const auto found = std::find(names.begin(), names.end(), name);
+    if (found == names.end()) {
+        return false;
+    }
+    attribute.enumIndex = static_cast<int32_t>(found - names.begin());
+    return true;
+}
+
+}  // namespace
+
+const Attribute::EnumValues& Attribute::EnumList() const {
+    static const EnumValues kNone;
+    return enumValues ? *enumValues : kNone;
+}
+
+const std::string* Attribute::EnumText() const {
+    if (enumIndex < 0 || static_cast<size_t>(enumIndex) >= EnumList().size()) {
+        return nullptr;
+    }
+    return &EnumList()[static_cast<size_t>(enumIndex)];
+}
+
+bool SetValueFromText(Attribute& attribute, std::string_view text) {
+    int32_t number = 0;
+    switch (attribute.valueType) {
+        case AttributeValueType::Int:
+            return ToI32(text, number) && SetIntFromNumber(attribute, number);
+        case AttributeValueType::Enum:
+            // A number outside the list leaves the name, if there is one behind it.
+            return (ToI32(text, number) && SetEnumFromNumber(attribute, number)) ||
+                   SetEnumFromName(attribute, Unquoted(text));
+        case AttributeValueType::String:
+            attribute.stringValue = Unquoted(text);
+            return true;
+        case AttributeValueType::Unsupported:
+            break;
+    }
+    return false;
+}
+
+}  // namespace tabrin

@@ -1,0 +1,46 @@
+// Attributes: named, typed properties of the database, of messages and of signals.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tabrin {
+
+// Statements for nodes, environment variables and relations have no object type here; they are dropped in reading.
+enum class AttributeObjectType : uint32_t { General = 0, Message = 1, Signal = 2 };
+
+// Floating-point and hexadecimal attributes do not exist. Unsupported is never stored.
+enum class AttributeValueType : uint32_t { Unsupported = 0, Int = 1, Enum = 2, String = 3 };
+
+// A definition with its default, or a value. A value is a copy of its definition with the object and the value filled in.
+struct Attribute {
+    using EnumValues = std::vector<std::string>;
+
+    std::string name;
+    AttributeObjectType objectType = AttributeObjectType::General;
+    uint32_t objectId = 0;   // message identifier, for Message and Signal
+    std::string signalName;  // for Signal
+    AttributeValueType valueType = AttributeValueType::Int;
+    int32_t intValue = 0;
+    int32_t minimum = std::numeric_limits<int32_t>::min();
+    int32_t maximum = std::numeric_limits<int32_t>::max();
+    int32_t enumIndex = 0;
+    // Never changed once made, so that the values of an attribute share the list of their definition. nullptr: empty.
+    std::shared_ptr<const EnumValues> enumValues;
+    std::string stringValue;
+
+    [[nodiscard]] const EnumValues& EnumList() const;
+    // The name of the enumeration value at enumIndex; nullptr when the index is outside the list.
+    [[nodiscard]] const std::string* EnumText() const;
+};
+
+// Sets the value of an attribute from one token of a statement: a number within the range, an index or a quoted name from
+// the list, a quoted text. False, with the attribute unchanged, when the token does not fit. Text behind a number is
+// ignored; a token without quotes sets an empty string.
+bool SetValueFromText(Attribute& attribute, std::string_view text);
+
+}  // namespace tabrin

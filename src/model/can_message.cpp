@@ -1,0 +1,138 @@
+#include "model/can_message.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+
+#include "io/identifier.h"
+#include "io/text_scan.h"
+#include "model/comment_text.h"
+#include "model/object_name.h"
+#include "model/record_text.h"
+
+namespace tabrin {
+
+namespace {
+
+// The signals of a message by their names without suffix. Suffixing can move a signal to another group, because a name
+// that is too long loses what follows its 27th character.
+class NameGroups {
+public:
+    explicit NameGroups(const std::vector<std::shared_ptr<CANSignal>>& signals) {
+        groups_.reserve(signals.size());
+        for (size_t i = 0; i < signals.size(); ++i) {
+            Add(*signals[i], i);
+        }
+    }
+
+    void Add(const CANSignal& signal, size_t index) { groups_[std::string(signal.UnsuffixedName())].push_back(index); }
+
+    // The signals behind number `index` that have the name of `signal` by now, in order.
+    std::vector<size_t> Behind(const CANSignal& signal, size_t index) const {
+        std::vector<size_t> behind;
+        for (const size_t member : groups_.at(std::string(signal.UnsuffixedName()))) {
+            if (member > index) {
+                behind.push_back(member);
+            }
+        }
+        std::sort(behind.begin(), behind.end());
+        return behind;
+    }
+
+private:
+    std::unordered_map<std::string, std::vector<size_t>> groups_;
+};
+
+}  // namespace
+
+void CANMessage::Reset() {
+    invalid = true;
+    id = 0;
+    for (std::string* text : {&name, &identifierName, &transmitter, &sendType, &comment, &nameAsRead}) {
+        text->clear();
+    }
+    cycleTime = 0;
+    dlc = 0;
+    signals.clear();
+}
+
+void CANMessage::AddSignal(std::shared_ptr<CANSignal> signal) {
+    if (signals.size() < kMostSignals) {
+        signals.push_back(std::move(signal));
+    }
+}
+
+bool CANMessage::SetFromRecord(const CanMessageData* record) {
+    Reset();
+    std::string text;
+    if (record == nullptr || !TakeField(text, record->name)) {
+        return false;
+    }
+    SetName(text, name, identifierName);
+    const bool taken = TakeField(text, record->transmitter) && SetCommentFromBuffer(comment, record->comment);
+    if (!taken) {
+        Reset();
+        return false;
+    }
+    transmitter = MakeIdentifier(text);
+    id = record->id;
+    dlc = record->dlc;
+    invalid = false;
+    return true;
+}
+
+bool CANMessage::GetData(CanMessageData* record) const {
+    if (record == nullptr) {
+        return false;
+    }
+    if (!FillField(record->identifierName, identifierName) || !FillField(record->name, name) ||
+        !FillField(record->transmitter, transmitter) || !FillField(record->comment, comment)) {
+        return false;
+    }
+    record->id = id;
+    record->dlc = dlc;
+    record->numSignals = static_cast<uint32_t>(signals.size());
+    if (!FillField(record->sendType, sendType)) {
+        return false;
+    }
+    record->cycleTime = cycleTime;
+    return !invalid;
+}
+
+// A signal that was handled for an earlier name is not taken as a starting point again, but it is compared with the
+// signals in front of it, and is numbered anew where it now has their name.
+bool CANMessage::PrepareForWriting() {
+    NameGroups groups(signals);
+    std::vector<bool> handled(signals.size());
+    bool any = false;
+    for (size_t i = 0; i < signals.size(); ++i) {
+        if (handled[i]) {
+            continue;
+        }
+        uint32_t count = 0;
+        for (const size_t j : groups.Behind(*signals[i], i)) {
+            const size_t lengthBefore = signals[j]->UnsuffixedName().size();
+            signals[j]->ApplyUniqueSuffix(++count);
+            handled[j] = true;
+            if (signals[j]->UnsuffixedName().size() != lengthBefore) {
+                groups.Add(*signals[j], j);
+            }
+        }
+        if (count > 0) {
+            signals[i]->ApplyUniqueSuffix(0);
+            any = true;
+        }
+    }
+    return any;
+}
+
+void CANMessage::SetLongName(std::string_view text) {
+    name = text;
+    NormaliseBlanks(name);
+}
+
+void CANMessage::SetSendType(std::string_view text) {
+    sendType = MakeIdentifier(text);
+}
+
+}  // namespace tabrin

@@ -1,0 +1,65 @@
+// One frame definition of the database, with its signals.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/can_signal.h"
+#include "tabrin.h"
+
+namespace tabrin {
+
+class CANMessage {
+public:
+    static constexpr size_t kMostSignals = 10000;
+
+    CANMessage() = default;
+    virtual ~CANMessage() = default;
+    CANMessage(const CANMessage&) = delete;
+    CANMessage& operator=(const CANMessage&) = delete;
+    CANMessage(CANMessage&&) = delete;
+    CANMessage& operator=(CANMessage&&) = delete;
+
+    // Back to the values below, but for parseErrors.
+    void Reset();
+
+    // The BO_ statement. Parsing resets first; a failure leaves its code in parseErrors.
+    bool ParseLine(std::string_view line);
+    [[nodiscard]] std::string WriteDefinitionLine() const;
+    // The CM_ statement of the message itself; empty without a comment.
+    [[nodiscard]] std::string WriteCommentLine() const;
+
+    // Signals beyond the limit are dropped without a word.
+    void AddSignal(std::shared_ptr<CANSignal> signal);
+
+    // The records of the interface. Both fail on a null record.
+    bool SetFromRecord(const CanMessageData* record);
+    bool GetData(CanMessageData* record) const;
+
+    // Makes the identifier names of the signals unique and tells whether any was changed. Signals of one name get the
+    // suffixes _0000, _0001, ... in their order. The suffixes stay, so that writing again gives the same names.
+    bool PrepareForWriting();
+
+    // A name given later changes the long name only: files refer to the identifier form.
+    void SetLongName(std::string_view text);
+    void SetSendType(std::string_view text);
+
+    bool invalid = true;
+    uint32_t id = 0;  // as written in the file; bit 31 has no meaning here
+    std::string name;
+    std::string identifierName;
+    std::string transmitter;  // empty: none
+    std::string sendType;
+    uint32_t cycleTime = 0;
+    std::string comment;  // escaped, see comment_text.h
+    uint32_t dlc = 0;
+    std::vector<std::shared_ptr<CANSignal>> signals;
+    std::string nameAsRead;
+    std::vector<uint32_t> parseErrors;
+};
+
+}  // namespace tabrin

@@ -1,0 +1,84 @@
+// One signal of a message.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/receiver_list.h"
+#include "model/value_descriptions.h"
+#include "tabrin.h"
+
+namespace tabrin {
+
+class CANSignal {
+public:
+    CANSignal() = default;
+    virtual ~CANSignal() = default;
+    CANSignal(const CANSignal&) = delete;
+    CANSignal& operator=(const CANSignal&) = delete;
+    CANSignal(CANSignal&&) = delete;
+    CANSignal& operator=(CANSignal&&) = delete;
+
+    // Back to the values below, but for parseErrors.
+    void Reset();
+
+    // The SG_ statement. Parsing resets first; a failure leaves its code in parseErrors.
+    bool ParseLine(std::string_view line);
+    [[nodiscard]] std::string WriteDefinitionLine() const;
+
+    // The SIG_VALTYPE_ and VAL_ statements. They decline a line that names another message or signal.
+    bool ParseValueTypeLine(std::string_view line, uint32_t messageId);
+    [[nodiscard]] std::string WriteValueTypeLine(uint32_t messageId) const;
+    bool ParseValueDescriptionLine(std::string_view line, uint32_t messageId);
+    [[nodiscard]] std::string WriteValueDescriptionLine(uint32_t messageId) const;
+
+    // The records of the interface. All fail on a null record.
+    bool SetFromRecord(const CanSignalData* record);
+    bool GetData(CanSignalData* record) const;
+    bool AppendValueDescription(const CanSignalEnumData* record);
+    // Number `index` in ascending order of the values; fails beyond the last one too.
+    bool GetValueDescription(uint32_t index, CanSignalEnumData* record) const;
+
+    // Tells the identifier name apart from others by a suffix of five characters, "_0007" for 7. A suffix from an earlier
+    // time is replaced; where there is no room it takes the place of what follows the 27th character.
+    bool ApplyUniqueSuffix(uint32_t index);
+    // The identifier name without such a suffix.
+    [[nodiscard]] std::string_view UnsuffixedName() const;
+
+    [[nodiscard]] bool IsFloat() const { return valueType == TABRIN_VALUE_FLOAT || valueType == TABRIN_VALUE_DOUBLE; }
+
+    // A name given later changes the long name only: files refer to the identifier form.
+    void SetLongName(std::string_view text);
+
+    bool invalid = true;
+    std::string identifierName;
+    std::string name;
+    std::string unit;           // reduced to ASCII; this form is written
+    std::string unitAsWritten;  // as it stood in the file
+    std::string comment;        // escaped, see comment_text.h
+    uint32_t multiplexKind = TABRIN_MULTIPLEX_NONE;
+    uint32_t multiplexValue = 0;
+    uint32_t startBit = 0;
+    uint32_t length = 0;
+    uint32_t byteOrder = TABRIN_BYTE_ORDER_LITTLE_ENDIAN;
+    uint32_t valueType = TABRIN_VALUE_UNSIGNED;
+    double factor = 0.0;
+    double offset = 0.0;
+    double minimum = 0.0;
+    double maximum = 0.0;
+    ReceiverList receivers;
+    ValueDescriptions valueDescriptions;
+    uint32_t startValue = 0;
+    uint32_t inactiveValue = 0;
+    std::string nameAsRead;  // other statements of the file find the signal by it
+    bool suffixApplied = false;
+    std::vector<uint32_t> parseErrors;
+
+private:
+    bool SetTextsFromRecord(const CanSignalData& record);
+    [[nodiscard]] bool GetTexts(CanSignalData& record) const;
+};
+
+}  // namespace tabrin
