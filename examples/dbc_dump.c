@@ -1,8 +1,9 @@
-/* dbc_dump: prints what DBC files contain, as far as the library knows it.
+/* dbc_dump: prints what DBC files contain, as far as the library knows it, and writes them out again on request.
  *
  *     dbc_dump [--summary] FILE...
+ *     dbc_dump [--summary] --order id|name|file [-o PATH] FILE
  *
- * Ends with 1 when a file could not be read, with 2 when called wrongly. On Windows, paths beyond ASCII need a UTF-8 code
+ * Ends with 1 when a file could not be read or written, with 2 when called wrongly. On Windows, paths beyond ASCII need a UTF-8 code
  * page: the library takes UTF-8 paths, and this program hands on its arguments as they come.
  */
 #include <stdio.h>
@@ -13,8 +14,36 @@
 /* Bit 31 of an identifier says that it has 29 bits. */
 #define EXTENDED_FLAG 0x80000000U
 
+static const char kUsage[] =
+    "usage: dbc_dump [--summary] FILE...\n"
+    "       dbc_dump [--summary] --order id|name|file [-o PATH] FILE\n"
+    "\n"
+    "Prints the messages and signals of DBC files, and the statements that could not be read.\n"
+    "\n"
+    "  --summary     only one line for each file: how many messages, signals and errors it has\n"
+    "  --order WHAT  also write what was read as a DBC file, with the messages in the order of\n"
+    "                their identifiers, the largest first (id), of their names (name) or as in\n"
+    "                the file (file)\n"
+    "  -o PATH       where to write it; otherwise to the current directory, as engine.id.out.dbc\n"
+    "                for engine.dbc in the order of identifiers\n"
+    "  --help        print this\n";
+
+/* The longest path that the library takes, with its NUL. */
+#define PATH_SIZE 260
+
+typedef struct Options {
+    bool help;
+    bool summary;
+    const char* order;  /* as given; NULL: nothing is written */
+    const char* output; /* NULL: made from the name of the input */
+    char** files;
+    int fileCount;
+} Options;
+
 static const char* StatusText(uint32_t status) {
     switch (status) {
+        case TABRIN_STATUS_CLOSED:
+            return "there are no messages to write";
         case TABRIN_STATUS_PATH_TOO_LONG:
             return "the path is too long";
         case TABRIN_STATUS_PATH_INVALID:
@@ -24,7 +53,7 @@ static const char* StatusText(uint32_t status) {
         case TABRIN_STATUS_NOT_OPENED:
             return "the file cannot be opened";
         case TABRIN_STATUS_FAILED:
-            return "reading broke off";
+            return "reading or writing broke off";
         default:
             return "unknown reason";
     }
@@ -213,20 +242,109 @@ static bool DumpFile(const char* path, bool summaryOnly) {
     return true;
 }
 
-int main(int argc, char** argv) {
-    const bool summaryOnly = argc > 1 && strcmp(argv[1], "--summary") == 0;
-    const int firstFile = summaryOnly ? 2 : 1;
-    bool allRead = true;
+/* Returns false for a word that is none of the three. */
+static bool OrderFromText(const char* text, uint32_t* order) {
+    static const char* const kOrders[] = {"id", "name", "file"}; /* by their TABRIN_ORDER_... */
+    for (*order = 0; *order < 3; ++*order) {
+        if (strcmp(text, kOrders[*order]) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/* "engine.id.out.dbc" for "somewhere/engine.dbc". Returns false when that is too long. */
+static bool MakeOutputPath(const char* input, const char* order, char* path, size_t size) {
+    const char* name = input;
+    size_t length;
+    const char* c;
+    int needed;
+    for (c = input; *c != '\0'; ++c) {
+        if (*c == '/' || *c == '\\') {
+            name = c + 1;
+        }
+    }
+    length = strlen(name);
+    if (length > 4 && strcmp(name + length - 4, ".dbc") == 0) {
+        length -= 4;
+    }
+    needed = snprintf(path, size, "%.*s.%s.out.dbc", (int)length, name, order);
+    return needed >= 0 && (size_t)needed < size;
+}
+
+/* Writes what the library holds. With status 8 the file is there, but not all of it; so it is also when the function of the
+ * library returns true, which means that the last line was lost. */
+static bool WriteFileInOrder(const char* input, const Options* options) {
+    char made[PATH_SIZE];
+    const char* path = options->output;
+    uint32_t order = TABRIN_ORDER_DATABASE;
+    uint32_t status = TABRIN_STATUS_FAILED;
+    OrderFromText(options->order, &order);
+    if (path == NULL) {
+        if (!MakeOutputPath(input, options->order, made, sizeof made)) {
+            fprintf(stderr, "%s: %s\n", input, "the name of the file to write would be too long");
+            return false;
+        }
+        path = made;
+    }
+    if (!TabrinWriteDbcFile(path, (uint32_t)strlen(path) + 1, order, &status) || status != TABRIN_STATUS_CLOSED) {
+        fprintf(stderr, "%s: not written: %s (status %lu)\n", path, StatusText(status), (unsigned long)status);
+        return false;
+    }
+    printf("%s: %lld message%s written, order: %s\n", path, (long long)TabrinGetNumCanMessages(),
+           Plural(TabrinGetNumCanMessages()), options->order);
+    return true;
+}
+
+/* Returns false when the arguments make no sense. */
+static bool ParseOptions(int argc, char** argv, Options* options) {
+    uint32_t order;
     int i;
-    if (firstFile >= argc) {
-        fprintf(stderr, "usage: %s [--summary] FILE...\n", argc > 0 ? argv[0] : "dbc_dump");
+    for (i = 1; i < argc && argv[i][0] == '-'; ++i) {
+        if (strcmp(argv[i], "--summary") == 0) {
+            options->summary = true;
+        } else if (strcmp(argv[i], "--help") == 0) {
+            options->help = true;
+        } else if (strcmp(argv[i], "--order") == 0 && i + 1 < argc && OrderFromText(argv[i + 1], &order)) {
+            options->order = argv[++i];
+        } else if (strcmp(argv[i], "-o") == 0 && i + 1 < argc) {
+            options->output = argv[++i];
+        } else {
+            return false;
+        }
+    }
+    options->files = argv + i;
+    options->fileCount = argc - i;
+    if (options->help) {
+        return true;
+    }
+    return options->fileCount > 0 && (options->order == NULL || options->fileCount == 1) &&
+           (options->output == NULL || options->order != NULL);
+}
+
+int main(int argc, char** argv) {
+    Options options = {false, false, NULL, NULL, NULL, 0};
+    bool done = true;
+    int i;
+    if (!ParseOptions(argc, argv, &options)) {
+        fputs(kUsage, stderr);
         return 2;
     }
-    for (i = firstFile; i < argc; ++i) {
-        if (!summaryOnly && i > firstFile) {
+    if (options.help) {
+        fputs(kUsage, stdout);
+        return 0;
+    }
+    for (i = 0; i < options.fileCount; ++i) {
+        if (!options.summary && i > 0) {
             printf("\n");
         }
-        allRead = DumpFile(argv[i], summaryOnly) && allRead;
+        done = DumpFile(options.files[i], options.summary) && done;
     }
-    return allRead ? 0 : 1;
+    if (options.order != NULL && done) {
+        if (!options.summary) {
+            printf("\n");
+        }
+        done = WriteFileInOrder(options.files[0], &options);
+    }
+    return done ? 0 : 1;
 }

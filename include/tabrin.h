@@ -14,9 +14,11 @@
  *   Both mix freely: a database that was read can be appended to and written.
  *
  * RESULTS. Functions that return `bool` return a one-byte 1 (done) or 0 (not done; the database is as it was, but
- * for TabrinReadDbcFile, which always clears first). No function throws, prints, ends the process or changes a
- * setting of the process, and no locale, environment variable or current setting influences a result. Running out
- * of memory makes a call return 0.
+ * for the two file functions: see there). No function throws, prints, ends the process or changes a setting of the
+ * process, and no locale, environment variable or current folder influences a result (the rounding of floating-point
+ * numbers is expected to be to nearest, as it is unless a program changes it). Running out of memory makes a call
+ * return 0. (What the system itself does stays its own business: on Linux, a program that is not prepared for
+ * SIGXFSZ or SIGPIPE is ended by it when a file that it writes grows too large or its pipe has no reader.)
  *
  * INDICES are 32-bit unsigned and start at 0. An index equal to the current count fails. Messages and signals keep
  * their index until the database is cleared or read again; value descriptions are ordered by their signed value,
@@ -26,7 +28,9 @@
  *   Out: a field of N bytes receives at most N-1 bytes and one NUL; a longer text is cut in front of the character
  *        that does not fit whole. Nothing behind the NUL is touched, nor are padding and reserved bytes.
  *   In:  a field ends at its first NUL; without one its first N-1 bytes are taken. The text must be valid UTF-8,
- *        except that a character cut off by the end of the text is dropped; otherwise the call fails.
+ *        otherwise the call fails. One exception: a character cut off by the end of the text is dropped. The byte that
+ *        begins it decides: the last byte from 0xC0, the last but one from 0xE0 or the last but two from 0xF0 upwards,
+ *        whatever follows it.
  *
  * OWNERSHIP. Every record and buffer is the caller's. The library copies into it or out of it during the call and
  * keeps no pointer. A pointer that a function describes as checked may be NULL (the call then fails); any other
@@ -67,7 +71,7 @@ enum TabrinFileStatus {
     TABRIN_STATUS_WRITING = 1,       /* open for writing; never the final word of a call */
     TABRIN_STATUS_CLOSED = 2,        /* success; from TabrinWriteDbcFile with 0: the database holds no messages */
     TABRIN_STATUS_PATH_TOO_LONG = 3, /* the path buffer size is 261 or more */
-    TABRIN_STATUS_PATH_INVALID = 4,  /* the path is not valid UTF-8 */
+    TABRIN_STATUS_PATH_INVALID = 4,  /* the path is not valid UTF-8, or a buffer of one byte holds no NUL */
     TABRIN_STATUS_PATH_EMPTY = 5,    /* the path is empty or NULL */
     TABRIN_STATUS_NOT_OPENED = 6,    /* the file could not be opened */
     TABRIN_STATUS_FAILED = 8,        /* reading, writing or closing failed on the way, or memory ran out */
@@ -78,8 +82,8 @@ enum TabrinFileStatus {
 enum TabrinParseError {
     TABRIN_ERROR_MESSAGE_ID = 0,      /* BO_: no plain decimal identifier followed by a blank */
     TABRIN_ERROR_MESSAGE_NAME = 1,    /* BO_: no ":" or no name in front of it */
-    TABRIN_ERROR_MESSAGE_LENGTH = 2,  /* BO_: no data length behind the ":" */
-    TABRIN_ERROR_SIGNAL_NAME = 3,     /* SG_: no ":" or nothing in front of it */
+    TABRIN_ERROR_MESSAGE_LENGTH = 2,  /* BO_: no data length behind the ":", or one above 4294967295 */
+    TABRIN_ERROR_SIGNAL_NAME = 3,     /* SG_: no ":", or nothing behind it. The name may be empty */
     TABRIN_ERROR_SIGNAL_BITS = 4,     /* SG_: start bit, length, byte order or sign */
     TABRIN_ERROR_SIGNAL_SCALE = 5,    /* SG_: factor and offset, "(1,0)" */
     TABRIN_ERROR_SIGNAL_RANGE = 6     /* SG_: minimum and maximum, "[0|255]" */
@@ -136,14 +140,16 @@ typedef struct CanErrorData {
 /* Properties of the whole database (8 bytes). */
 typedef struct DatabaseInfo {
     uint32_t protocolType; /* 0  TABRIN_PROTOCOL_... */
-    uint32_t canFd;        /* 4  1: CAN FD, from the attribute "BusType" with the value "CAN FD"; else 0 */
+    uint32_t canFd;        /* 4  1: CAN FD, from the attribute "BusType" with the value "CAN FD"; else 0. A file without
+                                   that attribute, and clearing, leave it as it was */
 } DatabaseInfo;
 
 /* One message, for reading and for appending (640 bytes). Fields marked "out" are ignored when appending. */
 typedef struct CanMessageData {
     uint32_t id;               /*   0  as written behind BO_, flag bits included: bit 31 marks a 29-bit identifier */
     char identifierName[33];   /*   4  out: the name as a DBC identifier: at most 32 letters, digits and "_", not
-                                       beginning with a digit. This is the name that files carry */
+                                       beginning with a digit; empty only where the long name is. This is the name
+                                       that files carry */
     uint8_t reserved37[3];     /*  37  padding, never touched */
     uint32_t dlc;              /*  40  data length in bytes; any value */
     char name[256];            /*  44  the long name: any text. Read from the statement or from the attribute
@@ -169,7 +175,8 @@ typedef struct CanSignalData {
     char comment[256];             /* 578  as for messages */
     uint8_t reserved834[2];        /* 834  padding, never touched */
     uint32_t multiplexKind;        /* 836  TABRIN_MULTIPLEX_... */
-    uint32_t multiplexValue;       /* 840  value of the switch for a multiplexed signal, else 0 */
+    uint32_t multiplexValue;       /* 840  value of the switch for a multiplexed signal, 0 for others; kept as given
+                                           when appended */
     uint32_t startBit;             /* 844  as written in the file */
     uint32_t length;               /* 848  in bits */
     uint32_t byteOrder;            /* 852  TABRIN_BYTE_ORDER_... */
@@ -183,7 +190,8 @@ typedef struct CanSignalData {
     uint32_t numValueDescriptions; /* 896  out: number of value descriptions */
     uint32_t startValue;           /* 900  raw value from the attribute "GenSigStartValue"; the bits of a signed one */
     uint32_t inactiveValue;        /* 904  raw value from the attribute "GenSigInactiveValue"; likewise */
-    char unitAsWritten[33];        /* 908  out: the unit as it stood in the file or was appended */
+    char unitAsWritten[33];        /* 908  out: the unit as it stood in the file (without blanks around it) or in
+                                           `unit` when appended */
     uint8_t reserved941[3];        /* 941  padding, never touched */
 } CanSignalData;
 
@@ -208,21 +216,28 @@ TABRIN_API float TabrinGetLibraryVersion(void);
  */
 
 /* Clears the database and reads a DBC file into it: messages, signals, multiplexing, value descriptions, float types,
- * comments on messages and signals, and the nine attributes named in the records above. Everything else in a file is
- * passed over. Line ends may be LF or CR LF; bytes that are not UTF-8 become "_"; control characters that are no
- * blanks are left out.
+ * comments on messages and signals, and the nine attributes named above. Everything else in a file is passed over. Line
+ * ends may be LF or CR LF; bytes that are not UTF-8 become "_"; control characters that are no blanks are left out. The
+ * CAN FD flag stays as it was when the file says nothing of the bus type.
  *
  * Returns 1 with status 2 when the file was read to its end, also when statements in it were faulty: see
  * TabrinGetErrorData. Returns 0 with status 3 to 6 when the file was not opened (the database is then empty), and
- * with status 8 when reading broke off (what was read until then stays). Takes time in proportion to the file. */
+ * with status 8 when reading broke off (what was read until then stays). Takes time in proportion to the file and to
+ * what its statements change: one that names an identifier which many messages share changes all of them. */
 TABRIN_API bool TabrinReadDbcFile(const char* path, uint32_t pathBufferSize, uint32_t* status);
 
-/* Writes the database as a DBC file with CR LF line ends; a file of that name is replaced. Signals of one message that
- * share an identifier are told apart first, by suffixes _0000, _0001, ..., which they keep.
+/* Writes the database as a DBC file with CR LF line ends; a file of that name is replaced. Send types, cycle
+ * times, start and inactive values are not written.
  *
- * Returns 1 with status 2 when everything was written, and 1 with status 8 when the very last write failed, which is
- * noticed only in closing. Returns 0 with status 2 when there are no messages (the file is not touched), with status
- * 3 to 6 when the file was not opened, and with status 8 when a write failed; what was written until then stays. */
+ * Signals of one message that share an identifier are told apart first, by suffixes _0000, _0001, ..., which they
+ * keep, also when writing fails after the file was opened. Only names that were cut to 27 characters to make room
+ * for the suffix can be numbered anew by the next writing, together with others that are equal in their first 27
+ * characters. A suffixed name is not compared with names that happen to end like one.
+ *
+ * Returns 1 with status 2 when everything was written, and 1 with status 8 when a failure was noticed only in
+ * closing: then the end of the file may be missing. Returns 0 with status 2 when there are no messages (the file
+ * is not touched), with status 3 to 6 when the file was not opened, and with status 8 when a write failed; what
+ * was written until then stays. */
 TABRIN_API bool TabrinWriteDbcFile(const char* path, uint32_t pathBufferSize, uint32_t messageOrder, uint32_t* status);
 
 /* ---------------------------------------------------------------------------------------------------------------
@@ -290,8 +305,9 @@ TABRIN_API bool TabrinGetCanSignalEnumData(uint32_t message, uint32_t signal, ui
  * Errors of the last read
  */
 
-/* The number of errors that the last TabrinReadDbcFile found, one for each BO_ or SG_ statement that it left out. SG_
- * statements behind a faulty one are passed over until the next BO_, without further errors. Cannot fail. */
+/* The number of errors that the last TabrinReadDbcFile found, one for each BO_ or SG_ statement that was faulty. No
+ * error tells of SG_ statements that are passed over because they do not follow a BO_ or SG_ that was accepted (a fault
+ * takes all signals up to the next BO_ with it), nor of signals beyond the 10000th of a message. Cannot fail. */
 TABRIN_API int64_t TabrinGetNumCanErrors(void);
 
 /* Fills the record with error number `index`, in the order of the file. Returns 0 when the index is out of range or

@@ -1,6 +1,5 @@
 // The exported functions: guard, index check, copy. Nothing is computed here.
 #include <algorithm>
-#include <cstring>
 #include <memory>
 #include <utility>
 
@@ -55,8 +54,9 @@ CANSignal* FindSignal(uint32_t message, uint32_t signal) {
     return owner != nullptr && signal < owner->signals.size() ? owner->signals[signal].get() : nullptr;
 }
 
-size_t InfoSize(size_t size) {
-    return std::min(size, sizeof(DatabaseInfo));
+// Copies nothing, and looks at neither pointer, when the size is 0.
+void CopyInfo(void* target, const void* source, size_t size) {
+    std::copy_n(static_cast<const char*>(source), std::min(size, sizeof(DatabaseInfo)), static_cast<char*>(target));
 }
 
 }  // namespace
@@ -84,12 +84,12 @@ bool TabrinClearData(void) {
 }
 
 bool TabrinGetDatabaseInfo(void* dst, size_t size) {
-    std::memcpy(dst, &database.info, InfoSize(size));
+    CopyInfo(dst, &database.info, size);
     return true;
 }
 
 bool TabrinSetDatabaseInfo(const void* src, size_t size) {
-    std::memcpy(&database.info, src, InfoSize(size));
+    CopyInfo(&database.info, src, size);
     return true;
 }
 

@@ -6,7 +6,6 @@
 
 #include "io/dbc_keywords.h"
 #include "io/text_number.h"
-#include "io/text_scan.h"
 #include "io/token_reader.h"
 
 namespace tabrin {
@@ -104,22 +103,16 @@ void ParseDefault(AttributeStore& store, TokenReader& tokens) {
     store.SetDefaults(Unquoted(name), value);
 }
 
-// The network comes first: where a name is defined for the network and for messages too, its values bind to the network
-// definition, which their statements then do not fit.
-const Attribute* FindAnyDefinition(const AttributeStore& store, std::string_view name) {
-    using enum AttributeObjectType;
-    Attribute probe;
-    probe.name = name;
-    for (const AttributeObjectType objectType : {General, Message, Signal}) {
-        probe.objectType = objectType;
-        for (const auto valueType : {AttributeValueType::Int, AttributeValueType::String, AttributeValueType::Enum}) {
-            const Attribute* found = store.FindDefinition(probe, valueType);
-            if (found != nullptr) {
-                return found;
-            }
-        }
-    }
-    return nullptr;
+// A value without object. It does not take over the default text, which may be long and is replaced in any case.
+std::shared_ptr<Attribute> MakeValue(const Attribute& definition) {
+    auto value = std::make_shared<Attribute>();
+    value->name = definition.name;
+    value->objectType = definition.objectType;
+    value->valueType = definition.valueType;
+    value->minimum = definition.minimum;
+    value->maximum = definition.maximum;
+    value->enumValues = definition.enumValues;
+    return value;
 }
 
 // Nothing for the network, "BO_ <id>" or "SG_ <id> <signal>". An identifier out of range is 0.
@@ -151,15 +144,15 @@ void ParseValue(AttributeStore& store, TokenReader& tokens) {
     if (!NextOfKind(tokens, TokenKind::Quoted, token) || store.IsNameRejected(Unquoted(token))) {
         return;
     }
-    const Attribute* definition = FindAnyDefinition(store, Unquoted(token));
+    const Attribute* definition = store.FindDefinitionForValue(Unquoted(token));
     if (definition == nullptr) {
         return;
     }
-    Attribute value = *definition;
-    const bool isString = value.valueType == AttributeValueType::String;
-    if (ParseObject(tokens, value) && NextOfKind(tokens, isString ? TokenKind::Quoted : TokenKind::Number, token) &&
-        SetValueFromText(value, token)) {
-        store.AddValue(value);
+    auto value = MakeValue(*definition);
+    const bool isString = value->valueType == AttributeValueType::String;
+    if (ParseObject(tokens, *value) && NextOfKind(tokens, isString ? TokenKind::Quoted : TokenKind::Number, token) &&
+        SetValueFromText(*value, token)) {
+        store.AddValue(std::move(value));
     }
 }
 
@@ -255,13 +248,6 @@ void AppendLines(std::string& lines, const AttributeStore::Sequence& attributes,
 }
 
 }  // namespace
-
-bool IsAttributeStatement(std::string_view statement) {
-    size_t end = 0;
-    return KeywordAt(statement, kAttributeValueKeyword, 0, end) ||
-           KeywordAt(statement, kAttributeDefinitionKeyword, 0, end) ||
-           KeywordAt(statement, kAttributeDefaultKeyword, 0, end);
-}
 
 void ParseAttributeStatement(AttributeStore& store, std::string_view statement) {
     TokenReader tokens(statement, kDelimiters);

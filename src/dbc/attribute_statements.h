@@ -8,8 +8,6 @@
 
 namespace tabrin {
 
-bool IsAttributeStatement(std::string_view statement);
-
 // Adds at most one definition or one value to the store, or sets defaults. A statement that does not fit is dropped.
 void ParseAttributeStatement(AttributeStore& store, std::string_view statement);
 

@@ -20,8 +20,8 @@ bool ParseIdentifier(std::string_view statement, std::string_view objectKeyword,
            KeywordAt(statement, objectKeyword, position, position) && UnsignedToken(statement, position, id, position);
 }
 
-// The text reaches from the first quote to the last, so that quotes inside need no backslash. Without a second quote it
-// is empty.
+// The text reaches from the first quote to the last, so that quotes inside need no backslash. False also when it is empty:
+// there is nothing to add then.
 bool ParseComment(std::string_view statement, size_t position, Comment& comment) {
     size_t open = kNpos;
     const std::string_view target = TextUntilChar(statement, position, '"', open);
@@ -30,7 +30,10 @@ bool ParseComment(std::string_view statement, size_t position, Comment& comment)
     }
     comment.target = Trimmed(target);
     const size_t close = statement.rfind('"');
-    comment.text = close == open ? std::string_view() : statement.substr(open + 1, close - open - 1);
+    if (close <= open + 1) {
+        return false;
+    }
+    comment.text = statement.substr(open + 1, close - open - 1);
     return true;
 }
 
@@ -38,8 +41,9 @@ bool ParseComment(std::string_view statement, size_t position, Comment& comment)
 // name is empty leaves its two blanks.
 std::string FormatComment(const std::string& comment, std::string_view objectKeyword, const std::string* name,
                           uint32_t id) {
-    std::string line(kCommentKeyword);
-    line.append(" ").append(objectKeyword).append(" ");
+    std::string line;
+    line.reserve(comment.size() + 64);
+    line.append(kCommentKeyword).append(" ").append(objectKeyword).append(" ");
     AppendNumber(line, id);
     if (name != nullptr) {
         line.append(" ").append(*name);
@@ -71,15 +75,12 @@ bool ReadSignalComment(CANDatabase& database, std::string_view statement) {
     if (!ParseIdentifier(statement, kSignalKeyword, id, position)) {
         return false;
     }
-    const CANDatabase::Messages& messages = database.FindMessages(id);
     Comment comment;
     if (ParseComment(statement, position, comment)) {
-        for (const auto& message : messages) {
-            database.signalNames.Of(*message).ForEachNamed(
-                comment.target, [&](CANSignal& signal) { AppendEscaped(signal.comment, comment.text); });
-        }
+        database.FindSignalNames(id).ForEachRead(
+            comment.target, [&](CANSignal& signal) { AppendEscaped(signal.comment, comment.text); });
     }
-    return !messages.empty();
+    return !database.FindMessages(id).empty();
 }
 
 std::string CANMessage::WriteCommentLine() const {

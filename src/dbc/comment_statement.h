@@ -1,9 +1,7 @@
 // CM_ BO_ <id> "<text>";  and  CM_ SG_ <id> <name> "<text>";
 #pragma once
 
-#include <memory>
 #include <string_view>
-#include <vector>
 
 #include "io/dbc_file_stream.h"
 #include "model/can_database.h"

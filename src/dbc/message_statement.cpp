@@ -70,6 +70,7 @@ std::string CANMessage::WriteDefinitionLine() const {
     if (invalid) {
         return line;
     }
+    line.reserve(64);
     line.append(kMessageKeyword).append(" ");
     AppendNumber(line, id);
     line.append(" ").append(identifierName).append(": ");

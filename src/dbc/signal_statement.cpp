@@ -13,11 +13,20 @@ namespace tabrin {
 
 namespace {
 
+// The last "m" or "M"; 0 also when there is none.
+size_t FindMark(std::string_view text) {
+    size_t mark = text.size() - 1;
+    while (mark > 0 && text[mark] != 'm' && text[mark] != 'M') {
+        --mark;
+    }
+    return mark;
+}
+
 // Looks for "M" or "m<value>" behind the name and returns where the name ends. Only the two simple forms exist: with an
 // extended one such as m3M the whole text is name. The value is decimal, so that m0x10 is 0.
 size_t ParseMultiplexer(CANSignal& signal, std::string_view text) {
-    const size_t mark = text.find_last_of("mM");
-    if (mark == kNpos || mark == 0 || !IsBlank(text[mark - 1])) {
+    const size_t mark = FindMark(text);
+    if (mark == 0 || !IsBlank(text[mark - 1])) {
         return text.size();
     }
     const std::string_view behind = text.substr(mark + 1);
@@ -134,6 +143,9 @@ void ParseUnit(CANSignal& signal, std::string_view line, size_t& position) {
     position = close + 1;
 }
 
+// Long enough for most lines, so that they grow in one piece.
+constexpr size_t kUsualLineLength = 128;
+
 void AppendPair(std::string& line, std::string_view brackets, double first, double second) {
     line.append(" ").append(1, brackets[0]);
     AppendNumber(line, first);
@@ -191,6 +203,7 @@ std::string CANSignal::WriteDefinitionLine() const {
     if (invalid) {
         return line;
     }
+    line.reserve(kUsualLineLength + receivers.Joined().size());
     line.append(" ").append(kSignalKeyword).append(" ").append(identifierName);
     if (multiplexKind == TABRIN_MULTIPLEX_MULTIPLEXOR) {
         line += " M";

@@ -16,13 +16,9 @@ bool OfferToSignals(CANDatabase& database, std::string_view statement, std::stri
     if (!KeywordAt(statement, keyword, 0, position) || !UnsignedToken(statement, position, id, position)) {
         return false;
     }
-    const CANDatabase::Messages& messages = database.FindMessages(id);
-    const size_t name = FindNonBlank(statement, position);
-    for (const auto& message : messages) {
-        database.signalNames.Of(*message).ForEachNamedAt(statement, name,
-                                                         [&](CANSignal& signal) { (signal.*parse)(statement, id); });
-    }
-    return !messages.empty();
+    database.FindSignalNames(id).ForEachReadAt(statement, FindNonBlank(statement, position),
+                                               [&](CANSignal& signal) { (signal.*parse)(statement, id); });
+    return !database.FindMessages(id).empty();
 }
 
 // Takes keyword, identifier and name; `position` is then the blank behind the name.
@@ -124,6 +120,7 @@ std::string CANSignal::WriteValueDescriptionLine(uint32_t messageId) const {
     if (!HasValueDescriptionLine(*this)) {
         return line;
     }
+    line.reserve(64 + 16 * valueDescriptions.Size());
     line.append(kValueDescriptionKeyword).append(" ");
     AppendNumber(line, messageId);
     line.append(" ").append(identifierName);

@@ -8,7 +8,7 @@
 
 namespace tabrin {
 
-// They decline, with false, what has another keyword or names a message that has not been read before.
+// They decline, with false, what has another keyword or names no message that has been read before.
 bool ReadValueTypeStatement(CANDatabase& database, std::string_view statement);
 bool ReadValueDescriptionStatement(CANDatabase& database, std::string_view statement);
 

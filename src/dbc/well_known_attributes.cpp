@@ -1,8 +1,9 @@
 #include "dbc/well_known_attributes.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "dbc/attribute_statements.h"
 
@@ -23,119 +24,131 @@ Attribute MakeAttribute(std::string_view name, ObjectType objectType, ValueType 
     return attribute;
 }
 
-// One well-known attribute in the store: its definition, and the values of the objects it is asked about.
-class Lookup {
-public:
-    Lookup(const AttributeStore& store, std::string_view name, ObjectType objectType, ValueType valueType)
-        : store_(store),
-          valueType_(valueType),
-          probe_(MakeAttribute(name, objectType, valueType)),
-          definition_(store.FindDefinition(probe_, valueType)) {}
-
-    [[nodiscard]] bool IsDefined() const { return definition_ != nullptr; }
-
-    // nullptr when the object has no value of its own.
-    const Attribute* ValueOf(const CANMessage& message) {
-        probe_.objectId = message.id;
-        return store_.FindValue(probe_, valueType_);
-    }
-    const Attribute* ValueOf(const CANMessage& message, const CANSignal& signal) {
-        probe_.signalName = signal.identifierName;
-        return ValueOf(message);
-    }
-
-    // The value of the database, or of the object, with the default of the definition for one that has none.
-    const Attribute* ValueOrDefault() { return OrDefault(store_.FindValue(probe_, valueType_)); }
-    template <typename... Object>
-    const Attribute& ValueOrDefault(const Object&... object) {
-        return *OrDefault(ValueOf(object...));
-    }
-
-private:
-    const Attribute* OrDefault(const Attribute* value) const { return value != nullptr ? value : definition_; }
-
-    const AttributeStore& store_;
-    ValueType valueType_;
-    Attribute probe_;
-    const Attribute* definition_;
-};
+// The value of the database as a whole, else the default; nullptr when the attribute is not defined.
+const Attribute* FindGeneral(const AttributeStore& store, std::string_view name, ValueType valueType) {
+    const Attribute probe = MakeAttribute(name, ObjectType::General, valueType);
+    const Attribute* value = store.FindValue(probe, valueType);
+    return value != nullptr ? value : store.FindDefinition(probe, valueType);
+}
 
 // A file without a bus type leaves the flag as it was before, also as the caller set it.
 void ApplyBusType(CANDatabase& database) {
-    Lookup busType(database.attributes, kBusType, ObjectType::General, ValueType::String);
-    const Attribute* value = busType.ValueOrDefault();
+    const Attribute* value = FindGeneral(database.attributes, kBusType, ValueType::String);
     if (value != nullptr) {
         database.info.canFd = value->stringValue == kCanFd ? 1 : 0;
     }
 }
 
 void ApplyProtocol(CANDatabase& database, std::string_view name, uint32_t protocolType) {
-    Lookup protocol(database.attributes, name, ObjectType::General, ValueType::Int);
-    const Attribute* value = protocol.ValueOrDefault();
+    const Attribute* value = FindGeneral(database.attributes, name, ValueType::Int);
     if (value != nullptr && value->intValue == 1) {
         database.info.protocolType = protocolType;
     }
 }
 
-// Long names have no default: a message without a value keeps the name it was read with.
-void ApplyMessageLongNames(CANDatabase& database) {
-    Lookup longName(database.attributes, kMessageLongName, ObjectType::Message, ValueType::String);
-    if (!longName.IsDefined()) {
-        return;
-    }
-    for (const auto& message : database.messages) {
-        const Attribute* value = longName.ValueOf(*message);
-        if (value != nullptr) {
-            message->SetLongName(value->stringValue);
+// What an attribute of messages or signals sets.
+template <typename Object>
+struct ObjectAttribute {
+    std::string_view name;
+    ValueType valueType;
+    // Otherwise an object without a value of its own stays as it is.
+    bool takesDefault;
+    void (*set)(Object& object, const Attribute& attribute);
+};
+
+void SetSendType(CANMessage& message, const Attribute& attribute) {
+    const std::string* text = attribute.EnumText();
+    message.SetSendType(text != nullptr ? std::string_view(*text) : std::string_view());
+}
+
+// Numbers keep their bits; no factor or offset is applied to the raw values of signals.
+template <typename Object, uint32_t Object::*Field>
+void SetNumber(Object& object, const Attribute& attribute) {
+    object.*Field = static_cast<uint32_t>(attribute.intValue);
+}
+
+template <typename Object>
+void SetLongName(Object& object, const Attribute& attribute) {
+    object.SetLongName(attribute.stringValue);
+}
+
+constexpr ObjectAttribute<CANMessage> kMessageAttributes[] = {
+    {kMessageLongName, ValueType::String, false, SetLongName<CANMessage>},
+    {kMessageSendType, ValueType::Enum, true, SetSendType},
+    {kMessageCycleTime, ValueType::Int, true, SetNumber<CANMessage, &CANMessage::cycleTime>},
+};
+constexpr ObjectAttribute<CANSignal> kSignalAttributes[] = {
+    {kSignalLongName, ValueType::String, false, SetLongName<CANSignal>},
+    {kSignalStartValue, ValueType::Int, true, SetNumber<CANSignal, &CANSignal::startValue>},
+    {kSignalInactiveValue, ValueType::Int, true, SetNumber<CANSignal, &CANSignal::inactiveValue>},
+};
+
+template <typename Table>
+auto FindIn(const Table& table, const Attribute& value) {
+    return std::find_if(std::begin(table), std::end(table), [&](const auto& attribute) {
+        return attribute.valueType == value.valueType && attribute.name == value.name;
+    });
+}
+
+// Calls `use` with each attribute of the table that has a default to be taken. A number that is 0 is left out: that is
+// what the fields hold already.
+template <typename Table, typename Use>
+void ForEachDefault(const AttributeStore& store, ObjectType objectType, const Table& table, Use use) {
+    for (const auto& attribute : table) {
+        const Attribute probe = MakeAttribute(attribute.name, objectType, attribute.valueType);
+        const Attribute* definition = store.FindDefinition(probe, attribute.valueType);
+        if (definition == nullptr || !attribute.takesDefault) {
+            continue;
+        }
+        if (attribute.valueType != ValueType::Int || definition->intValue != 0) {
+            use(attribute, *definition);
         }
     }
 }
 
-void ApplySendTypes(CANDatabase& database) {
-    Lookup sendType(database.attributes, kMessageSendType, ObjectType::Message, ValueType::Enum);
-    if (!sendType.IsDefined()) {
-        return;
-    }
-    for (const auto& message : database.messages) {
-        const std::string* text = sendType.ValueOrDefault(*message).EnumText();
-        message->SetSendType(text != nullptr ? std::string_view(*text) : std::string_view());
-    }
-}
-
-void ApplyCycleTimes(CANDatabase& database) {
-    Lookup cycleTime(database.attributes, kMessageCycleTime, ObjectType::Message, ValueType::Int);
-    if (!cycleTime.IsDefined()) {
-        return;
-    }
-    for (const auto& message : database.messages) {
-        message->cycleTime = static_cast<uint32_t>(cycleTime.ValueOrDefault(*message).intValue);
-    }
-}
-
-void ApplySignalLongNames(CANDatabase& database) {
-    Lookup longName(database.attributes, kSignalLongName, ObjectType::Signal, ValueType::String);
-    if (!longName.IsDefined()) {
-        return;
-    }
-    for (const auto& message : database.messages) {
-        for (const auto& signal : message->signals) {
-            const Attribute* value = longName.ValueOf(*message, *signal);
-            if (value != nullptr) {
-                signal->SetLongName(value->stringValue);
+void ApplyDefaults(CANDatabase& database) {
+    const AttributeStore& store = database.attributes;
+    ForEachDefault(store, ObjectType::Message, kMessageAttributes, [&](const auto& attribute, const Attribute& value) {
+        for (const auto& message : database.messages) {
+            attribute.set(*message, value);
+        }
+    });
+    ForEachDefault(store, ObjectType::Signal, kSignalAttributes, [&](const auto& attribute, const Attribute& value) {
+        for (const auto& message : database.messages) {
+            for (const auto& signal : message->signals) {
+                attribute.set(*signal, value);
             }
         }
+    });
+}
+
+void ApplyMessageValue(CANDatabase& database, const Attribute& value) {
+    const auto* attribute = FindIn(kMessageAttributes, value);
+    if (attribute == std::end(kMessageAttributes)) {
+        return;
+    }
+    for (const auto& message : database.FindMessages(value.objectId)) {
+        attribute->set(*message, value);
     }
 }
 
-// Raw values: no factor or offset is applied.
-void ApplyRawValues(CANDatabase& database, std::string_view name, uint32_t CANSignal::*field) {
-    Lookup rawValue(database.attributes, name, ObjectType::Signal, ValueType::Int);
-    if (!rawValue.IsDefined()) {
+// Signals go by their identifier form here, not by the name they were read with.
+void ApplySignalValue(CANDatabase& database, const Attribute& value) {
+    const auto* attribute = FindIn(kSignalAttributes, value);
+    if (attribute == std::end(kSignalAttributes)) {
         return;
     }
-    for (const auto& message : database.messages) {
-        for (const auto& signal : message->signals) {
-            (*signal).*field = static_cast<uint32_t>(rawValue.ValueOrDefault(*message, *signal).intValue);
+    database.FindSignalNames(value.objectId).ForEachIdentified(value.signalName, [&](CANSignal& signal) {
+        attribute->set(signal, value);
+    });
+}
+
+void ApplyValues(CANDatabase& database) {
+    for (const auto& value : database.attributes.Values()) {
+        if (value->objectType == ObjectType::Message) {
+            ApplyMessageValue(database, *value);
+        } else if (value->objectType == ObjectType::Signal) {
+            ApplySignalValue(database, *value);
         }
     }
 }
@@ -195,12 +208,8 @@ void ApplyWellKnownAttributes(CANDatabase& database) {
     ApplyBusType(database);
     ApplyProtocol(database, kJ1939Pgn, TABRIN_PROTOCOL_J1939);
     ApplyProtocol(database, kIsNmea, TABRIN_PROTOCOL_NMEA2000);
-    ApplyMessageLongNames(database);
-    ApplySendTypes(database);
-    ApplyCycleTimes(database);
-    ApplySignalLongNames(database);
-    ApplyRawValues(database, kSignalStartValue, &CANSignal::startValue);
-    ApplyRawValues(database, kSignalInactiveValue, &CANSignal::inactiveValue);
+    ApplyDefaults(database);
+    ApplyValues(database);
 }
 
 // All lines go out as one piece. Even an empty one notices that the stream has failed.

@@ -25,9 +25,20 @@ constexpr StatementKeyword kSpecial[] = {
 
 constexpr size_t kNumKeywords = 35;
 
-// All keywords, the shorter ones first, so that a token needs to be compared with those of its own length only.
+// The first eight characters as one number.
+constexpr uint64_t Head(std::string_view text) {
+    uint64_t head = 0;
+    for (size_t i = 0; i < text.size() && i < sizeof head; ++i) {
+        head |= uint64_t{static_cast<unsigned char>(text[i])} << (8 * i);
+    }
+    return head;
+}
+
+// All keywords, the shorter ones first, so that a token needs to be compared with those of its own length only, and for
+// most of them in one step.
 struct KeywordTable {
     std::array<StatementKeyword, kNumKeywords> keywords{};
+    std::array<uint64_t, kNumKeywords> heads{};
     std::array<uint8_t, kLongestKeyword + 2> firstOfLength{};
 
     constexpr KeywordTable() {
@@ -43,6 +54,8 @@ struct KeywordTable {
         }
         std::sort(keywords.begin(), keywords.end(),
                   [](const StatementKeyword& a, const StatementKeyword& b) { return a.text.size() < b.text.size(); });
+        std::transform(keywords.begin(), keywords.end(), heads.begin(),
+                       [](const StatementKeyword& keyword) { return Head(keyword.text); });
         for (size_t length = 0; length < firstOfLength.size(); ++length) {
             const auto shorter = [length](const StatementKeyword& keyword) { return keyword.text.size() < length; };
             firstOfLength[length] = static_cast<uint8_t>(std::count_if(keywords.begin(), keywords.end(), shorter));
@@ -62,9 +75,10 @@ const StatementKeyword* FindStatementKeyword(std::string_view token) {
     if (token.size() > kLongestKeyword) {
         return nullptr;
     }
+    const uint64_t head = Head(token);
     const size_t end = kTable.firstOfLength[token.size() + 1];
     for (size_t i = kTable.firstOfLength[token.size()]; i < end; ++i) {
-        if (kTable.keywords[i].text == token) {
+        if (kTable.heads[i] == head && kTable.keywords[i].text == token) {
             return &kTable.keywords[i];
         }
     }

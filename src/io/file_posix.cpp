@@ -20,6 +20,9 @@ auto Retried(Call call) {
     return result;
 }
 
+// Programs that the host starts do not inherit the file, and a terminal does not become the host's own.
+constexpr int kAlways = O_CLOEXEC | O_NOCTTY;
+
 bool IsDirectory(int descriptor) {
     struct stat information {};
     return fstat(descriptor, &information) == 0 && S_ISDIR(information.st_mode);
@@ -28,7 +31,7 @@ bool IsDirectory(int descriptor) {
 }  // namespace
 
 bool File::OpenForReading(const std::string& path) {
-    handle_ = Retried([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC); });
+    handle_ = Retried([&] { return open(path.c_str(), O_RDONLY | kAlways); });
     // Unlike everywhere else, a directory opens here, and only reading it would fail.
     if (handle_ != kNone && IsDirectory(static_cast<int>(handle_))) {
         Close();
@@ -38,7 +41,7 @@ bool File::OpenForReading(const std::string& path) {
 
 bool File::OpenForWriting(const std::string& path) {
     constexpr mode_t kReadWriteForAll = 0666;
-    handle_ = Retried([&] { return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kReadWriteForAll); });
+    handle_ = Retried([&] { return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | kAlways, kReadWriteForAll); });
     return handle_ != kNone;
 }
 

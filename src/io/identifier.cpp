@@ -4,21 +4,37 @@
 
 #include <algorithm>
 
+#include "io/char_set.h"
 #include "io/text_scan.h"
 
 namespace tabrin {
 
 namespace {
 
-bool IsIdentifierChar(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || IsDigit(c) || c == '_';
+constexpr CharSet kIdentifierChars("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_");
+
+// As much of the text as can get into an identifier: no character has more than four bytes. A long text is not looked at
+// beyond that, since one text can become the identifier of many objects.
+std::string_view UsefulFront(std::string_view text) {
+    constexpr size_t kMostBytes = 4 * kLongestIdentifier;
+    if (text.size() <= kMostBytes) {
+        return text;
+    }
+    size_t size = kMostBytes;
+    const auto isInsideCharacter = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80; };
+    while (size > 0 && isInsideCharacter(text[size])) {
+        --size;
+    }
+    return text.substr(0, size);
 }
 
 }  // namespace
 
 bool IsIdentifier(std::string_view text) {
-    return !text.empty() && text.size() <= kLongestIdentifier && !IsDigit(text.front()) &&
-           std::all_of(text.begin(), text.end(), IsIdentifierChar);
+    if (text.empty() || text.size() > kLongestIdentifier || IsDigit(text.front())) {
+        return false;
+    }
+    return std::all_of(text.begin(), text.end(), [](char c) { return kIdentifierChars.Has(c); });
 }
 
 std::string AsciiFold(std::string_view text) {
@@ -34,17 +50,24 @@ std::string AsciiFold(std::string_view text) {
 }
 
 std::string MakeIdentifier(std::string_view text) {
-    if (IsIdentifier(text)) {
-        return std::string(text);
+    std::string identifier;
+    AppendIdentifier(identifier, text);
+    return identifier;
+}
+
+void AppendIdentifier(std::string& out, std::string_view text) {
+    if (text.empty() || IsIdentifier(text)) {
+        out += text;
+        return;
     }
-    std::string identifier = AsciiFold(text);
+    std::string identifier = AsciiFold(UsefulFront(text));
     identifier.resize(std::min(identifier.size(), kLongestIdentifier));
-    if (!identifier.empty() && IsDigit(identifier.front())) {
+    if (IsDigit(identifier.front())) {
         identifier.front() = '_';
     }
     std::replace_if(
-        identifier.begin(), identifier.end(), [](char c) { return !IsIdentifierChar(c); }, '_');
-    return identifier;
+        identifier.begin(), identifier.end(), [](char c) { return !kIdentifierChars.Has(c); }, '_');
+    out += identifier;
 }
 
 }  // namespace tabrin

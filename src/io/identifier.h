@@ -18,5 +18,6 @@ std::string AsciiFold(std::string_view text);
 // "1 Engine-Temp" becomes "__Engine_Temp". A leading digit is replaced, not prefixed. Empty stays empty. Throws like
 // AsciiFold.
 std::string MakeIdentifier(std::string_view text);
+void AppendIdentifier(std::string& out, std::string_view text);
 
 }  // namespace tabrin

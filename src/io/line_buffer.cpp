@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "io/byte_block.h"
 #include "io/text_scan.h"
 #include "io/text_utf8.h"
 
@@ -18,29 +19,21 @@ bool IsControl(char c) {
     return (byte < 0x20 && !IsBlank(c)) || byte == 0x7F;
 }
 
-constexpr uint64_t Eight(uint64_t byte) {
-    return byte * 0x0101010101010101U;
-}
-
-// Whether a block of eight bytes may hold something else than printable ASCII. A carry between the bytes can raise a
-// false alarm, which costs a closer look and nothing else.
+// Whether a block of eight characters may hold something else than printable ASCII. Taking away a blank brings up the high
+// bit of what is less than that, and adding 1 that of 0x7F.
 bool IsSuspicious(uint64_t block) {
-    const uint64_t belowBlank = block - Eight(0x20);
-    const uint64_t isDelete = (block ^ Eight(0x7F)) - Eight(0x01);
-    return ((block | belowBlank | isDelete) & Eight(0x80)) != 0;
+    return BytesBeyondAscii(block | (block - EveryByte(' ')) | (block + EveryByte(1))) != 0;
 }
 
 bool NeedsCleaning(const char* line, size_t size) {
-    uint64_t block = 0;
-    for (; size >= sizeof block; line += sizeof block, size -= sizeof block) {
-        std::memcpy(&block, line, sizeof block);
-        if (IsSuspicious(block)) {
+    for (; size >= sizeof(uint64_t); line += sizeof(uint64_t), size -= sizeof(uint64_t)) {
+        if (IsSuspicious(LoadBytes(line))) {
             return true;
         }
     }
-    block = Eight(' ');
-    std::memcpy(&block, line, size);
-    return IsSuspicious(block);
+    uint64_t rest = EveryByte(' ');
+    std::memcpy(&rest, line, size);
+    return IsSuspicious(rest);
 }
 
 }  // namespace

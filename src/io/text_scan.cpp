@@ -37,11 +37,13 @@ bool IsPlainNumber(std::string_view token, uint32_t value) {
 
 }  // namespace
 
-size_t FindNonBlank(std::string_view text, size_t pos) {
-    while (pos < text.size() && IsBlank(text[pos])) {
-        ++pos;
+size_t FindLastNonBlank(std::string_view text, size_t pos) {
+    // One more than the position looked at, so that the search can end in front of the text.
+    size_t end = pos < text.size() ? pos + 1 : text.size();
+    while (end > 0 && IsBlank(text[end - 1])) {
+        --end;
     }
-    return pos < text.size() ? pos : kNpos;
+    return end > 0 ? end - 1 : kNpos;
 }
 
 bool KeywordAt(std::string_view text, std::string_view keyword, size_t pos, size_t& end) {
@@ -78,11 +80,6 @@ bool UnsignedToken(std::string_view text, size_t pos, uint32_t& value, size_t& e
     return true;
 }
 
-std::string_view TextUntilChar(std::string_view text, size_t pos, char delimiter, size_t& found) {
-    found = text.find(delimiter, pos);
-    return found == kNpos ? std::string_view() : text.substr(pos, found - pos);
-}
-
 std::string_view TrimmedBetween(std::string_view text, size_t pos, size_t last) {
     if (pos >= text.size() || pos >= last) {
         return {};
@@ -91,7 +88,7 @@ std::string_view TrimmedBetween(std::string_view text, size_t pos, size_t last) 
     if (first == kNpos || first > last) {
         return {};
     }
-    const size_t end = FindLastNotOf(text, kBlanks, last);
+    const size_t end = FindLastNonBlank(text, last);
     return text.substr(first, end - first + 1);
 }
 
@@ -100,11 +97,7 @@ std::string_view Trimmed(std::string_view text) {
     if (first == kNpos) {
         return {};
     }
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-size_t FindLastNotOf(std::string_view text, std::string_view set, size_t pos) {
-    return text.find_last_not_of(set, pos);
+    return text.substr(first, FindLastNonBlank(text, kNpos) - first + 1);
 }
 
 void NormaliseBlanks(std::string& text) {

@@ -25,8 +25,8 @@ constexpr bool IsDigit(char c) {
 }
 
 // Whether `keyword` is the first token at or after `pos`. It must be followed by a blank inside the same text, so a
-// keyword at the very end, or with ":" directly behind it, is none. `end` is where the keyword ends, kNpos when there is
-// no token at all.
+// keyword at the very end, or with ":" directly behind it, is none. `end` is where the keyword would end, whether or not
+// it is there; kNpos when there is no token at all.
 bool KeywordAt(std::string_view text, std::string_view keyword, size_t pos, size_t& end);
 
 // Reads the first token at or after `pos` as an unsigned number. It must be followed by a blank. On success `end` is the
@@ -35,7 +35,10 @@ bool UnsignedToken(std::string_view text, size_t pos, uint32_t& value, size_t& e
 
 // The text from `pos` up to, not including, the next `delimiter`, whose position goes to `found`; an empty text and
 // kNpos when there is none.
-std::string_view TextUntilChar(std::string_view text, size_t pos, char delimiter, size_t& found);
+inline std::string_view TextUntilChar(std::string_view text, size_t pos, char delimiter, size_t& found) {
+    found = text.find(delimiter, pos);
+    return found == kNpos ? std::string_view() : text.substr(pos, found - pos);
+}
 
 // The text from `pos` to `last` inclusive without the blanks at both ends. Empty unless pos < last: a piece of a single
 // character counts as empty, which the statements rely on.
@@ -44,11 +47,14 @@ std::string_view TrimmedBetween(std::string_view text, size_t pos, size_t last);
 // The whole text without the blanks at both ends; here a single character is kept.
 std::string_view Trimmed(std::string_view text);
 
-// The last position at or before `pos` whose character is not in `set`.
-size_t FindLastNotOf(std::string_view text, std::string_view set, size_t pos);
-
-// The first position at or after `pos` that is no blank.
-size_t FindNonBlank(std::string_view text, size_t pos);
+// The first position at or after `pos` that is no blank, and the last at or before it.
+inline size_t FindNonBlank(std::string_view text, size_t pos) {
+    while (pos < text.size() && IsBlank(text[pos])) {
+        ++pos;
+    }
+    return pos < text.size() ? pos : kNpos;
+}
+size_t FindLastNonBlank(std::string_view text, size_t pos);
 
 // Turns the blanks that would break a line or a column into spaces, in place.
 void NormaliseBlanks(std::string& text);

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <iterator>
 
+#include "io/byte_block.h"
+
 namespace tabrin {
 
 namespace {
@@ -16,18 +18,23 @@ bool IsAscii(char c) {
 }
 
 size_t SkipAscii(std::string_view text, size_t pos) {
-    constexpr uint64_t kHighBits = 0x8080808080808080U;
-    uint64_t block = 0;
-    for (; text.size() - pos >= sizeof block; pos += sizeof block) {
-        std::memcpy(&block, text.data() + pos, sizeof block);
-        if ((block & kHighBits) != 0) {
-            break;
-        }
+    while (text.size() - pos >= sizeof(uint64_t) && BytesBeyondAscii(LoadBytes(text.data() + pos)) == 0) {
+        pos += sizeof(uint64_t);
     }
     while (pos < text.size() && IsAscii(text[pos])) {
         ++pos;
     }
     return pos;
+}
+
+// What the first byte announces. Sequences are checked one by one, so that repairing a text looks at each byte a constant
+// number of times however broken it is.
+size_t SequenceLength(char first) {
+    const auto lead = static_cast<unsigned char>(first);
+    if (lead >= 0xF0) {
+        return 4;
+    }
+    return lead >= 0xE0 ? 3 : 2;
 }
 
 // Where a cut in front of a split sequence may lie: the byte there must be able to lead a sequence at least as long as
@@ -49,13 +56,11 @@ bool BackOff(std::string_view text, size_t firstInvalid, size_t& length) {
 size_t FirstInvalidUtf8(std::string_view text) {
     size_t pos = SkipAscii(text, 0);
     while (pos < text.size()) {
-        const char* first = text.data() + pos;
-        const char* last = std::find_if(first, text.data() + text.size(), IsAscii);
-        const char* invalid = utf8::find_invalid(first, last);
-        if (invalid != last) {
-            return static_cast<size_t>(invalid - text.data());
+        const std::string_view sequence = text.substr(pos, SequenceLength(text[pos]));
+        if (utf8::find_invalid(sequence.begin(), sequence.end()) != sequence.end()) {
+            return pos;
         }
-        pos = SkipAscii(text, static_cast<size_t>(last - text.data()));
+        pos = SkipAscii(text, pos + sequence.size());
     }
     return text.size();
 }

@@ -20,7 +20,7 @@ bool Utf8SafeLength(std::string_view text, size_t size, size_t& length);
 bool CopyToBuffer(char* buffer, std::string_view text, size_t size);
 
 // Takes a text out of a caller's buffer: up to the first NUL, else all but the last byte. A character cut off by the end
-// is dropped; other text that is not UTF-8 fails and leaves `text` empty.
+// is dropped, where the byte that begins it decides; other text that is not UTF-8 fails and leaves `text` empty.
 bool StringFromBuffer(std::string& text, const char* buffer, size_t size);
 
 // Throws utf8::exception on text that is not UTF-8.

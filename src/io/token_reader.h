@@ -1,13 +1,14 @@
 // Cuts a statement into tokens, keeping quoted strings whole.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "io/char_set.h"
 
 namespace tabrin {
 
@@ -17,22 +18,8 @@ enum class TokenKind : uint32_t {
     Number = 2   // begins with a digit and reads as a number; text may follow, as in 12abc
 };
 
-class CharSet {
-public:
-    constexpr explicit CharSet(std::string_view members) {
-        for (const char member : members) {
-            has_[static_cast<unsigned char>(member)] = true;
-        }
-    }
-
-    [[nodiscard]] constexpr bool Has(char c) const { return has_[static_cast<unsigned char>(c)]; }
-
-private:
-    std::array<bool, 256> has_{};
-};
-
-// Hands out the tokens of a text one after the other. A piece that begins with a quote runs on, over delimiters, to the
-// next piece that ends in a quote; whatever delimiters stood between, one space takes their place. A quote standing
+// Hands out the tokens of a text one after the other. A piece that begins with a quote and does not end in one runs on,
+// over delimiters, to the next piece that does; whatever delimiters stood between, one space takes their place. A quote standing
 // alone opens nothing, so that a quoted text with a blank in front falls into pieces; a quote that is never closed
 // swallows the rest of the text.
 class TokenReader {
@@ -50,7 +37,7 @@ private:
     std::string_view text_;
     const CharSet& delimiters_;
     size_t position_ = 0;
-    std::deque<std::string> rejoined_;
+    std::list<std::string> rejoined_;
 };
 
 std::vector<std::string> SplitTokens(std::string_view text, std::string_view delimiters);

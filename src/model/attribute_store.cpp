@@ -7,65 +7,39 @@ namespace tabrin {
 
 namespace {
 
-std::string_view ValueTypeCode(AttributeValueType valueType) {
+bool IsOfKind(const Attribute& attribute, const Attribute& probe, AttributeValueType valueType) {
+    return attribute.valueType == valueType && attribute.objectType == probe.objectType && attribute.name == probe.name;
+}
+
+// The place of a value type in the order in which a value looks for its definition.
+int SearchRank(AttributeValueType valueType) {
     switch (valueType) {
         case AttributeValueType::Int:
-            return "$$Int";
-        case AttributeValueType::Enum:
-            return "$$Enum";
+            return 0;
         case AttributeValueType::String:
-            return "$$Str";
+            return 1;
+        case AttributeValueType::Enum:
         case AttributeValueType::Unsupported:
             break;
     }
-    return "$$Unsup";
+    return 2;
 }
 
-std::string_view ObjectTypeCode(AttributeObjectType objectType) {
-    switch (objectType) {
-        case AttributeObjectType::Message:
-            return "$$Msg";
-        case AttributeObjectType::Signal:
-            return "$$Sig";
-        case AttributeObjectType::General:
-            break;
-    }
-    return "$$Gen";
-}
-
-template <typename Index>
-const Attribute* Find(const Index& index, const std::string& key) {
-    const auto found = index.find(key);
-    return found != index.end() ? found->second.get() : nullptr;
-}
-
-template <typename Sequence, typename Index>
-void AddFirst(Sequence& sequence, Index& index, std::string key, const Attribute& attribute) {
-    const auto [place, isNew] = index.try_emplace(std::move(key));
-    if (isNew) {
-        place->second = std::make_shared<Attribute>(attribute);
-        sequence.push_back(place->second);
-    }
+bool IsFoundBefore(const Attribute& a, const Attribute& b) {
+    return a.objectType != b.objectType ? a.objectType < b.objectType
+                                        : SearchRank(a.valueType) < SearchRank(b.valueType);
 }
 
 }  // namespace
 
-std::string DefinitionKey(const Attribute& attribute, AttributeValueType valueType) {
-    std::string key = attribute.name;
-    return key.append(ObjectTypeCode(attribute.objectType)).append(ValueTypeCode(valueType));
+size_t AttributeStore::ValueHash::operator()(const Attribute* value) const {
+    // The rest of the key says little: a signal has a handful of attributes at most.
+    return std::hash<std::string>()(value->signalName) ^ (value->objectId * size_t{0x9E3779B97F4A7C15}) ^
+           value->name.size();
 }
 
-std::string ValueKey(const Attribute& attribute, AttributeValueType valueType) {
-    std::string key = attribute.name;
-    key += ObjectTypeCode(attribute.objectType);
-    if (attribute.objectType != AttributeObjectType::General) {
-        key.append("$$").append(std::to_string(attribute.objectId));
-    }
-    if (attribute.objectType == AttributeObjectType::Signal) {
-        key.append("$$").append(attribute.signalName);
-    }
-    key += ValueTypeCode(valueType);
-    return key;
+bool AttributeStore::SameKey::operator()(const Attribute* a, const Attribute* b) const {
+    return a->objectId == b->objectId && IsOfKind(*a, *b, b->valueType) && a->signalName == b->signalName;
 }
 
 void AttributeStore::Clear(std::span<const std::string_view> nameFilter) {
@@ -75,10 +49,9 @@ void AttributeStore::Clear(std::span<const std::string_view> nameFilter) {
 
 // Fresh containers, not emptied ones, so that the memory of a large file goes back.
 void AttributeStore::Clear() {
-    definitions_ = {};
-    definitionIndex_ = {};
-    values_ = {};
-    valueIndex_ = {};
+    definitions_ = Sequence();
+    valueIndex_ = ValueIndex();
+    values_ = Sequence();
 }
 
 bool AttributeStore::IsNameRejected(std::string_view name) const {
@@ -86,19 +59,47 @@ bool AttributeStore::IsNameRejected(std::string_view name) const {
 }
 
 const Attribute* AttributeStore::FindDefinition(const Attribute& probe, AttributeValueType valueType) const {
-    return Find(definitionIndex_, DefinitionKey(probe, valueType));
+    for (const std::shared_ptr<Attribute>& definition : definitions_) {
+        if (IsOfKind(*definition, probe, valueType)) {
+            return definition.get();
+        }
+    }
+    return nullptr;
 }
 
 const Attribute* AttributeStore::FindValue(const Attribute& probe, AttributeValueType valueType) const {
-    return Find(valueIndex_, ValueKey(probe, valueType));
+    Attribute key = probe;
+    key.valueType = valueType;
+    const auto found = valueIndex_.find(&key);
+    return found != valueIndex_.end() ? *found : nullptr;
+}
+
+const Attribute* AttributeStore::FindDefinitionForValue(std::string_view name) const {
+    const Attribute* first = nullptr;
+    for (const std::shared_ptr<Attribute>& definition : definitions_) {
+        if (definition->name == name && (first == nullptr || IsFoundBefore(*definition, *first))) {
+            first = definition.get();
+        }
+    }
+    return first;
 }
 
 void AttributeStore::AddDefinition(const Attribute& attribute) {
-    AddFirst(definitions_, definitionIndex_, DefinitionKey(attribute, attribute.valueType), attribute);
+    if (FindDefinition(attribute, attribute.valueType) == nullptr) {
+        definitions_.push_back(std::make_shared<Attribute>(attribute));
+    }
 }
 
 void AttributeStore::AddValue(const Attribute& attribute) {
-    AddFirst(values_, valueIndex_, ValueKey(attribute, attribute.valueType), attribute);
+    AddValue(std::make_shared<Attribute>(attribute));
+}
+
+// Kept first, so that the index never knows a value that is not kept.
+void AttributeStore::AddValue(std::shared_ptr<Attribute> attribute) {
+    values_.push_back(std::move(attribute));
+    if (!valueIndex_.insert(values_.back().get()).second) {
+        values_.pop_back();
+    }
 }
 
 void AttributeStore::SetDefaults(std::string_view name, std::string_view text) {

@@ -5,18 +5,12 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "model/attribute.h"
 
 namespace tabrin {
-
-// The key of a definition: name, object type and value type, so that one name may have several definitions. The codes in
-// keys are never seen outside.
-std::string DefinitionKey(const Attribute& attribute, AttributeValueType valueType);
-// The key of a value: also which message or signal it belongs to. "Name$$Sig$$100$$Speed$$Int".
-std::string ValueKey(const Attribute& attribute, AttributeValueType valueType);
 
 class AttributeStore {
 public:
@@ -34,9 +28,16 @@ public:
     [[nodiscard]] const Attribute* FindDefinition(const Attribute& probe, AttributeValueType valueType) const;
     [[nodiscard]] const Attribute* FindValue(const Attribute& probe, AttributeValueType valueType) const;
 
-    // The first definition or value of a key stays; a later one is dropped.
+    // The definition that a value of this name binds to. The network comes first: where a name is defined for the network
+    // and for messages too, its values bind to the network definition, which their statements then do not fit. Within an
+    // object type the order is Int, String, Enum.
+    [[nodiscard]] const Attribute* FindDefinitionForValue(std::string_view name) const;
+
+    // The first definition or value of a key stays; a later one is dropped. The key is the name, the value type and the
+    // object: for a definition its type, for a value also the message and the signal.
     void AddDefinition(const Attribute& attribute);
     void AddValue(const Attribute& attribute);
+    void AddValue(std::shared_ptr<Attribute> attribute);
 
     // Sets the default of every definition of that name, whatever its object and value type. One that the text does not
     // fit keeps its default.
@@ -47,12 +48,20 @@ public:
     [[nodiscard]] const Sequence& Values() const { return values_; }
 
 private:
-    using Index = std::unordered_map<std::string, std::shared_ptr<Attribute>>;
+    struct ValueHash {
+        size_t operator()(const Attribute* value) const;
+    };
+    struct SameKey {
+        bool operator()(const Attribute* a, const Attribute* b) const;
+    };
 
+    using ValueIndex = std::unordered_set<const Attribute*, ValueHash, SameKey>;
+
+    // Few, since in reading only known names are accepted (nine, of three object and three value types each) and in writing
+    // there are four: looked through from the front.
     Sequence definitions_;
-    Index definitionIndex_;
     Sequence values_;
-    Index valueIndex_;
+    ValueIndex valueIndex_;
     std::span<const std::string_view> nameFilter_;
 };
 

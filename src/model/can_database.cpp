@@ -10,8 +10,9 @@ namespace tabrin {
 
 void CANDatabase::Clear() {
     info.protocolType = TABRIN_PROTOCOL_NONE;
-    messages = {};
-    errors = {};
+    // Fresh ones, not emptied ones, so that the memory of a large database goes back.
+    messages = Messages();
+    errors = std::vector<CanErrorData>();
     attributes.Clear(kWellKnownAttributes);
 }
 
@@ -26,7 +27,7 @@ bool CANDatabase::AppendMessage(const CanMessageData* record) {
 
 void CANDatabase::AddParsedMessage(std::shared_ptr<CANMessage> message) {
     messages.push_back(message);
-    identifierIndex[message->id].push_back(std::move(message));
+    identifierIndex[message->id].messages.push_back(std::move(message));
 }
 
 // The text of an error loses the last character of its statement, which is a line end as a rule.
@@ -47,15 +48,29 @@ bool CANDatabase::GetErrorData(uint32_t index, CanErrorData* record) const {
     return true;
 }
 
-const CANDatabase::Messages& CANDatabase::FindMessages(uint32_t id) const {
-    static const Messages kNoMessages;
-    const auto found = identifierIndex.find(id);
-    return found != identifierIndex.end() ? found->second : kNoMessages;
+const CANDatabase::Messages& CANDatabase::FindMessages(uint32_t id) {
+    return FindNamesakes(id).messages;
+}
+
+const SignalNameIndex& CANDatabase::FindSignalNames(uint32_t id) {
+    Namesakes& namesakes = FindNamesakes(id);
+    while (namesakes.numIndexed < namesakes.messages.size()) {
+        namesakes.signalNames.Add(*namesakes.messages[namesakes.numIndexed++]);
+    }
+    return namesakes.signalNames;
+}
+
+CANDatabase::Namesakes& CANDatabase::FindNamesakes(uint32_t id) {
+    static Namesakes none;
+    if (lastFound_ == identifierIndex.end() || lastFound_->first != id) {
+        lastFound_ = identifierIndex.find(id);
+    }
+    return lastFound_ != identifierIndex.end() ? lastFound_->second : none;
 }
 
 void CANDatabase::EndReading() {
-    signalNames.Clear();
-    identifierIndex = {};
+    identifierIndex.clear();
+    lastFound_ = identifierIndex.end();
     attributes.Clear();
 }
 

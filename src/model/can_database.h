@@ -3,9 +3,10 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "model/attribute_store.h"
@@ -41,7 +42,8 @@ public:
     CANDatabase(CANDatabase&&) = delete;
     CANDatabase& operator=(CANDatabase&&) = delete;
 
-    // Empties everything but the CAN FD flag, which only a file with a bus type or the caller changes.
+    // Empties everything but the CAN FD flag, which only a file with a bus type or the caller changes, and the indexes,
+    // which hold nothing outside a read.
     void Clear();
 
     // Adds a message from the caller's record. It is not found by its identifier: the index serves reading only.
@@ -57,17 +59,34 @@ public:
     bool GetErrorData(uint32_t index, CanErrorData* record) const;
 
     // All messages of the file being read that carry the identifier, in file order.
-    [[nodiscard]] const Messages& FindMessages(uint32_t id) const;
+    [[nodiscard]] const Messages& FindMessages(uint32_t id);
 
-    // Drops what only reading needs: the indexes and the attributes.
+    // The names of their signals. To be asked for only when the signals of all messages read so far are complete, as they
+    // are at any statement that is neither BO_ nor SG_.
+    [[nodiscard]] const SignalNameIndex& FindSignalNames(uint32_t id);
+
+    // Drops what only reading needs: the index and the attributes.
     void EndReading();
 
+    // The messages of one identifier. The names of their signals are indexed when they are first asked for.
+    struct Namesakes {
+        Messages messages;
+        SignalNameIndex signalNames;
+        size_t numIndexed = 0;
+    };
+    using IdentifierIndex = std::map<uint32_t, Namesakes, std::greater<>>;
+
     DatabaseInfo info{};
-    std::unordered_map<uint32_t, Messages> identifierIndex;
-    SignalNameIndexes signalNames;
+    IdentifierIndex identifierIndex;
     Messages messages;
     std::vector<CanErrorData> errors;
     AttributeStore attributes;
+
+private:
+    Namesakes& FindNamesakes(uint32_t id);
+
+    // Statements about one identifier come one after the other.
+    IdentifierIndex::iterator lastFound_ = identifierIndex.end();
 };
 
 }  // namespace tabrin

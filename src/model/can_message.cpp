@@ -43,6 +43,17 @@ private:
     std::unordered_map<std::string, std::vector<size_t>> groups_;
 };
 
+// Hardly any message has two signals of one name.
+bool AreNamesUnique(const std::vector<std::shared_ptr<CANSignal>>& signals) {
+    std::vector<std::string_view> names;
+    names.reserve(signals.size());
+    for (const auto& signal : signals) {
+        names.push_back(signal->UnsuffixedName());
+    }
+    std::sort(names.begin(), names.end());
+    return std::adjacent_find(names.begin(), names.end()) == names.end();
+}
+
 }  // namespace
 
 void CANMessage::Reset() {
@@ -102,6 +113,9 @@ bool CANMessage::GetData(CanMessageData* record) const {
 // A signal that was handled for an earlier name is not taken as a starting point again, but it is compared with the
 // signals in front of it, and is numbered anew where it now has their name.
 bool CANMessage::PrepareForWriting() {
+    if (AreNamesUnique(signals)) {
+        return false;
+    }
     NameGroups groups(signals);
     std::vector<bool> handled(signals.size());
     bool any = false;

@@ -17,8 +17,9 @@ constexpr size_t kSuffixLength = 5;
 constexpr uint32_t kMostSuffixes = 10000;
 
 std::string UniqueSuffix(uint32_t index) {
-    std::string digits = std::to_string(index);
-    return "_" + std::string(kSuffixLength - 1 - digits.size(), '0') + digits;
+    std::string suffix = "_0000";
+    const std::string digits = std::to_string(index);
+    return suffix.replace(kSuffixLength - digits.size(), digits.size(), digits);
 }
 
 }  // namespace

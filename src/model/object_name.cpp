@@ -7,6 +7,10 @@ namespace tabrin {
 
 void SetName(std::string_view text, std::string& name, std::string& identifierName) {
     name = text;
+    if (IsIdentifier(text)) {
+        identifierName = text;
+        return;
+    }
     NormaliseBlanks(name);
     identifierName = MakeIdentifier(name);
 }

@@ -17,7 +17,7 @@ void ReceiverList::Assign(std::string_view text) {
             if (!joined_.empty()) {
                 joined_ += ',';
             }
-            joined_ += MakeIdentifier(name);
+            AppendIdentifier(joined_, name);
         }
         start = comma + 1;
     }

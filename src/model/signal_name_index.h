@@ -3,34 +3,45 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 #include "io/text_scan.h"
 #include "model/can_message.h"
 
 namespace tabrin {
 
-// The signals of one message by the name they were read with. Names may hold blanks and may repeat.
+// The signals of all messages of one identifier, by the name they were read with and by their identifier name. Names may
+// hold blanks and may repeat. However many messages share the identifier, finding takes time only for what is found.
 class SignalNameIndex {
 public:
-    explicit SignalNameIndex(const CANMessage& message);
+    // The signals of the message must all have been read.
+    void Add(const CANMessage& message);
 
-    // Calls `use` with every signal of exactly that name.
+    // Calls `use` with every signal that was read with exactly this name.
     template <typename Use>
-    void ForEachNamed(std::string_view name, Use use) const {
-        Visit(HashOf(name), name, use);
+    void ForEachRead(std::string_view name, Use use) const {
+        Visit(HashOf(name), name, &CANSignal::nameAsRead, use);
     }
 
-    // Calls `use` with every signal whose name stands at `pos` of the text, with a blank behind it: with "My Sig 1" both
-    // My and My Sig. The hash grows with the text, so that the text is looked at once however many names fit.
+    // Calls `use` with every signal of exactly this identifier name.
     template <typename Use>
-    void ForEachNamedAt(std::string_view text, size_t pos, Use use) const {
+    void ForEachIdentified(std::string_view name, Use use) const {
+        Visit(HashOf(name) ^ kIdentifierMark, name, &CANSignal::identifierName, use);
+    }
+
+    // Calls `use` with every signal whose name, as it was read, stands at `pos` of the text with a blank behind it: with
+    // "My Sig 1" both My and My Sig. The hash grows with the text, so that the text is looked at once however many names
+    // fit.
+    template <typename Use>
+    void ForEachReadAt(std::string_view text, size_t pos, Use use) const {
         uint64_t hash = kSeed;
         for (size_t end = pos; end < text.size(); ++end) {
             if (IsBlank(text[end])) {
-                Visit(hash, text.substr(pos, end - pos), use);
-                if (end - pos >= longestWithBlanks_) {
+                const std::string_view name = text.substr(pos, end - pos);
+                Visit(hash, name, &CANSignal::nameAsRead, use);
+                if (name.size() >= longestWithBlanks_) {
                     return;
                 }
             }
@@ -39,36 +50,35 @@ public:
     }
 
 private:
+    struct Entry {
+        uint64_t hash;
+        CANSignal* signal;
+    };
+    // Ordered by the hash. The signals themselves are touched only where it fits. Both kinds of names share one run: the
+    // hashes of identifier names carry a mark.
+    using Run = std::vector<Entry>;
+
     static constexpr uint64_t kSeed = 0xCBF29CE484222325U;
+    static constexpr uint64_t kIdentifierMark = 0x9AE16A3B2F90404FU;
 
     static uint64_t Extended(uint64_t hash, char c) { return (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U; }
     static uint64_t HashOf(std::string_view name);
+    static size_t FirstOf(const Run& run, uint64_t hash);
 
     template <typename Use>
-    void Visit(uint64_t hash, std::string_view name, Use& use) const {
-        const auto [first, last] = signals_.equal_range(hash);
-        for (auto entry = first; entry != last; ++entry) {
-            if (entry->second->nameAsRead == name) {
-                use(*entry->second);
+    void Visit(uint64_t hash, std::string_view name, std::string CANSignal::*field, Use& use) const {
+        for (const Run& run : runs_) {
+            for (size_t i = FirstOf(run, hash); i < run.size() && run[i].hash == hash; ++i) {
+                if ((*run[i].signal).*field == name) {
+                    use(*run[i].signal);
+                }
             }
         }
     }
 
-    std::unordered_multimap<uint64_t, CANSignal*> signals_;
+    // One for each message; runs of like size are merged, so that there are never many.
+    std::vector<Run> runs_;
     size_t longestWithBlanks_ = 0;
-};
-
-// The indexes of the messages that have been asked about.
-class SignalNameIndexes {
-public:
-    // The signals of a message must all have been read before it is asked about.
-    const SignalNameIndex& Of(const CANMessage& message) {
-        return indexes_.try_emplace(&message, message).first->second;
-    }
-    void Clear() { indexes_ = {}; }
-
-private:
-    std::unordered_map<const CANMessage*, SignalNameIndex> indexes_;
 };
 
 }  // namespace tabrin
