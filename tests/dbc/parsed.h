@@ -1,0 +1,36 @@
+// Databases in the middle of being read: their messages are found by identifier.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "model/can_database.h"
+
+namespace tabrin {
+
+// Adds a message from its BO_ line, as reading does.
+inline CANMessage& AddRead(CANDatabase& database, std::string_view line) {
+    auto message = std::make_shared<CANMessage>();
+    EXPECT_TRUE(message->ParseLine(line)) << line;
+    database.AddParsedMessage(message);
+    return *message;
+}
+
+// Adds a signal from its SG_ line, as reading does.
+inline CANSignal& AddReadLine(CANMessage& message, std::string_view line) {
+    auto signal = std::make_shared<CANSignal>();
+    EXPECT_TRUE(signal->ParseLine(line)) << line;
+    message.AddSignal(signal);
+    return *signal;
+}
+
+// Adds a signal of that name and size. "M" stands for a signal without a name.
+inline CANSignal& AddReadSignal(CANMessage& message, std::string_view name, uint32_t length = 8) {
+    return AddReadLine(message,
+                       "SG_ " + std::string(name) + " : 0|" + std::to_string(length) + "@1+ (1,0) [0|255] \"\" X");
+}
+
+}  // namespace tabrin

@@ -1,0 +1,412 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+
+#include "model/can_signal.h"
+
+namespace tabrin {
+namespace {
+
+// Everything behind the name.
+const std::string kRest = ": 0|8@1+ (1,0) [0|255] \"\" A";
+
+struct RoundTrip {
+    std::string line;
+    std::string written;
+};
+
+TEST(SignalStatement, WrittenLineTellsWhatWasRead) {
+    const RoundTrip kRows[] = {
+        {"SG_ S : 0|8@1+ (1,0) [0|255] \"\" A,B", " SG_ S : 0|8@1+ (1,0) [0|255] \"\" A,B"},
+        {" SG_ EngSpeed m3 : 24|16@1+ (0.125,0) [0|8031.875] \"rpm\" Kestrune",
+         " SG_ EngSpeed m3 : 24|16@1+ (0.125,0) [0|8031.875] \"rpm\" Kestrune"},
+        {"SG_ Val m2 : 8|8@1- (1,0) [0|0] \"\" X", " SG_ Val m2 : 8|8@1- (1,0) [0|0] \"\" X"},
+        {"SG_ Mode M : 0|2@1+ (1,0) [0|3] \"\" X", " SG_ Mode M : 0|2@1+ (1,0) [0|3] \"\" X"},
+        {"SG_ S : 7|8@0 (1,0) [0|1] \"\"", " SG_ S : 7|8@0+ (1,0) [0|1] \"\" Kestrune"},
+        {"SG_ S : 0|8 (1,0) [0|255] \"\"", " SG_ S : 0|8@1+ (1,0) [0|255] \"\" Kestrune"},
+        {"SG_ S : 0|8@1+ (1,0) [10|0] \"\"", " SG_ S : 0|8@1+ (1,0) [0|10] \"\" Kestrune"},
+        {"SG_ S : 0|8@1+ (1,0) [0|1] \"\xC2\xB5s\" X", " SG_ S : 0|8@1+ (1,0) [0|1] \"_s\" X"},
+        {"SG_ My Signal : 0|8@1+ (1,0) [0|1] \"\" X", " SG_ My_Signal : 0|8@1+ (1,0) [0|1] \"\" X"},
+        {"SG_ S:0|8@1+(1,0)[0|255]\"km/h\"A", " SG_ S : 0|8@1+ (1,0) [0|255] \"km/h\" A"},
+        {"\r\n\tSG_\n\vS\f: 0 | 8 @ 1 + ( 1 , 0 ) [ 0 | 255 ] \" km/h \" A , B \r\n",
+         " SG_ S : 0|8@1+ (1,0) [0|255] \"km/h\" A,B"},
+    };
+    for (const RoundTrip& row : kRows) {
+        SCOPED_TRACE(row.line);
+        CANSignal signal;
+        ASSERT_TRUE(signal.ParseLine(row.line));
+        EXPECT_FALSE(signal.invalid);
+        EXPECT_TRUE(signal.parseErrors.empty());
+        EXPECT_EQ(signal.WriteDefinitionLine(), row.written);
+    }
+}
+
+struct Name {
+    std::string line;  // up to the colon
+    std::string name;
+    std::string identifierName;
+    uint32_t multiplexKind;
+    uint32_t multiplexValue;
+};
+
+TEST(SignalStatement, NameAndMultiplexerAreToldApart) {
+    const std::string kName32 = "Abcdefghijklmnopqrstuvwxyz_01234";
+    const Name kRows[] = {
+        {"SG_ S ", "S", "S", 0, 0},
+        {"SG_ S", "S", "S", 0, 0},
+        {"SG_\tSpeed\n", "Speed", "Speed", 0, 0},
+        {"SG_ 1st-Gear ", "1st-Gear", "_st_Gear", 0, 0},
+        {"SG_ \xC3\x84"
+         "B ",
+         "\xC3\x84"
+         "B",
+         "_B", 0, 0},
+        {"SG_ " + kName32, kName32, kName32, 0, 0},
+        {"SG_ " + kName32 + "5", kName32 + "5", kName32, 0, 0},
+        {"SG_ a\tb\nc\vd\fe\rf ", "a b c d e f", "a_b_c_d_e_f", 0, 0},
+
+        // The multiplexor.
+        {"SG_ S M ", "S", "S", 1, 0},
+        {"SG_ S M", "S", "S", 1, 0},
+        {"SG_ S\tM\t\n\v\f\r ", "S", "S", 1, 0},
+        {"SG_ Two Words  M ", "Two Words", "Two_Words", 1, 0},
+        {"SG_ M ", "", "", 1, 0},  // a signal named just M
+        {"SG_  M", "", "", 1, 0},
+        {"SG_ M M ", "M", "M", 1, 0},
+        {"SG_ m M ", "m", "m", 1, 0},
+        {"SG_ SM ", "SM", "SM", 0, 0},
+        {"SG_ S Mx ", "S Mx", "S_Mx", 0, 0},
+        {"SG_ S M1 ", "S M1", "S_M1", 0, 0},
+        {"SG_ S M N ", "S M N", "S_M_N", 0, 0},
+        {"SG_ S_M ", "S_M", "S_M", 0, 0},
+
+        // Multiplexed: the value is decimal up to the first character that is no digit.
+        {"SG_ S m0 ", "S", "S", 2, 0},
+        {"SG_ S m7 ", "S", "S", 2, 7},
+        {"SG_ S m7", "S", "S", 2, 7},
+        {"SG_ S m007 ", "S", "S", 2, 7},
+        {"SG_ S m4294967295 ", "S", "S", 2, 4294967295U},
+        {"SG_ S\tm7\t", "S", "S", 2, 7},
+        {"SG_ S m 7 ", "S", "S", 2, 7},
+        {"SG_ S m7 8 ", "S", "S", 2, 7},
+        {"SG_ S m1F ", "S", "S", 2, 1},
+        {"SG_ S m0x10 ", "S", "S", 2, 0},
+        {"SG_ S m1abcdefABCDEFx ", "S", "S", 2, 1},
+        {"SG_ m2 ", "", "", 2, 2},
+        {"SG_ m m2 ", "m", "m", 2, 2},
+        {"SG_ M m2 ", "M", "M", 2, 2},
+        {"SG_ S m4294967296 ", "S m4294967296", "S_m4294967296", 0, 0},  // no 32-bit number
+        {"SG_ S m", "S m", "S_m", 0, 0},
+        {"SG_ S m ", "S m", "S_m", 0, 0},
+        {"SG_ m ", "m", "m", 0, 0},
+        {"SG_ S mA ", "S mA", "S_mA", 0, 0},
+        {"SG_ S m-1 ", "S m-1", "S_m_1", 0, 0},
+        {"SG_ S m+1 ", "S m+1", "S_m_1", 0, 0},
+        {"SG_ S m1g ", "S m1g", "S_m1g", 0, 0},
+        {"SG_ S m1G ", "S m1G", "S_m1G", 0, 0},
+        {"SG_ S m1X ", "S m1X", "S_m1X", 0, 0},
+        {"SG_ S m1\n", "S m1", "S_m1", 0, 0},  // of the blanks, only spaces and tabs may follow
+        {"SG_ S m1\v", "S m1", "S_m1", 0, 0},
+        {"SG_ S m1\r", "S m1", "S_m1", 0, 0},
+        {"SG_ Sm1 ", "Sm1", "Sm1", 0, 0},
+        {"SG_ S_m1 ", "S_m1", "S_m1", 0, 0},
+
+        // Only the two simple forms, and only the last "m" or "M" is looked at.
+        {"SG_ S m3M ", "S m3M", "S_m3M", 0, 0},
+        {"SG_ S m3 xM ", "S m3 xM", "S_m3_xM", 0, 0},
+        {"SG_ S M m3 ", "S M", "S_M", 2, 3},
+        {"SG_ S m3 M ", "S m3", "S_m3", 1, 0},
+        {"SG_ S m1 m2 ", "S m1", "S_m1", 2, 2},
+
+        // A name of nothing but blanks is an empty one.
+        {"SG_ ", "", "", 0, 0},
+        {"SG_ \t ", "", "", 0, 0},
+    };
+    for (const Name& row : kRows) {
+        SCOPED_TRACE(row.line);
+        CANSignal signal;
+        ASSERT_TRUE(signal.ParseLine(row.line + kRest));
+        EXPECT_EQ(signal.name, row.name);
+        EXPECT_EQ(signal.identifierName, row.identifierName);
+        EXPECT_EQ(signal.multiplexKind, row.multiplexKind);
+        EXPECT_EQ(signal.multiplexValue, row.multiplexValue);
+        EXPECT_EQ(signal.length, 8U);
+    }
+}
+
+TEST(SignalStatement, NameAsReadKeepsItsBlanks) {
+    CANSignal signal;
+    ASSERT_TRUE(signal.ParseLine("SG_ \tEngine\t \vSpeed\n m4 " + kRest));
+    EXPECT_EQ(signal.nameAsRead, "Engine\t \vSpeed");
+    EXPECT_EQ(signal.name, "Engine   Speed");
+}
+
+struct Bits {
+    std::string text;  // between the colon and the factor
+    uint32_t startBit;
+    uint32_t length;
+    uint32_t byteOrder;
+    uint32_t valueType;
+};
+
+TEST(SignalStatement, BitsAreRead) {
+    const Bits kRows[] = {
+        {" 0|8@1+ ", 0, 8, 1, 0},
+        {" 7|16@0- ", 7, 16, 0, 1},
+        {" 7|16@1- ", 7, 16, 1, 1},
+        {" 7|16@0+ ", 7, 16, 0, 0},
+        {"7|8@0", 7, 8, 0, 0},  // no sign: unsigned
+        {" 7|8@1 ", 7, 8, 1, 0},
+        {" 7|8@1 - ", 7, 8, 1, 1},
+        {" 7|8@ \t1\n- ", 7, 8, 1, 1},
+        {" 7|8@1x ", 7, 8, 1, 0},
+        {" 7|8@1-- ", 7, 8, 1, 1},
+        {" 4294967295|4294967295@1+ ", 4294967295U, 4294967295U, 1, 0},
+        {"\t7 | 8 @1+ ", 7, 8, 1, 0},
+        {" +7|+8@1+ ", 7, 8, 1, 0},
+        {" -1|8@1+ ", 4294967295U, 8, 1, 0},
+        {" 7|-1@1+ ", 7, 4294967295U, 1, 0},
+        {" 007|008@1+ ", 7, 8, 1, 0},
+        {" 7x|8x@1+ ", 7, 8, 1, 0},  // text behind the numbers is ignored
+        {" 7 x|8 x@1+ ", 7, 8, 1, 0},
+        {" 0x7|0x8@1+ ", 0, 0, 1, 0},
+        {" 0|0@1+ ", 0, 0, 1, 0},
+        // Without "@" the order is little-endian and the value unsigned.
+        {" 7|8 ", 7, 8, 1, 0},
+        {" 7| 8-", 7, 8, 1, 0},
+        {"7|8", 7, 8, 1, 0},
+        // The bracket may stand where ten digits, those of 4294967295, would end.
+        {"7|-1 ///////", 7, 4294967295U, 1, 0},
+    };
+    for (const Bits& row : kRows) {
+        SCOPED_TRACE(row.text);
+        CANSignal signal;
+        ASSERT_TRUE(signal.ParseLine("SG_ S :" + row.text + "(2,3) [0|255] \"\" A"));
+        EXPECT_EQ(signal.startBit, row.startBit);
+        EXPECT_EQ(signal.length, row.length);
+        EXPECT_EQ(signal.byteOrder, row.byteOrder);
+        EXPECT_EQ(signal.valueType, row.valueType);
+        EXPECT_EQ(signal.factor, 2.0);
+    }
+}
+
+struct Number {
+    std::string text;
+    double value;
+};
+
+TEST(SignalStatement, EachOfTheFourNumbersIsRead) {
+    const Number kRows[] = {
+        {"0", 0.0},
+        {"1", 1.0},
+        {"-40", -40.0},
+        {"+0.5", 0.5},
+        {" \t2.5 ", 2.5},
+        {".25", 0.25},
+        {"1e3", 1000.0},
+        {"1E-2", 0.01},
+        {"0x10", 16.0},
+        {"3abc", 3.0},
+        {"4 5", 4.0},
+        {"1.7976931348623157e308", std::numeric_limits<double>::max()},
+        {"4.9406564584124654e-324", std::numeric_limits<double>::denorm_min()},
+        {"inf", std::numeric_limits<double>::infinity()},
+        {"-inf", -std::numeric_limits<double>::infinity()},
+    };
+    for (const Number& row : kRows) {
+        SCOPED_TRACE(row.text);
+        CANSignal signal;
+        ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (" + row.text + ",7) [-inf|inf] \"\" A"));
+        EXPECT_EQ(signal.factor, row.value);
+        EXPECT_EQ(signal.offset, 7.0);
+        ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (7," + row.text + ") [-inf|inf] \"\" A"));
+        EXPECT_EQ(signal.factor, 7.0);
+        EXPECT_EQ(signal.offset, row.value);
+        ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (1,0) [" + row.text + "|inf] \"\" A"));
+        EXPECT_EQ(signal.minimum, row.value);
+        EXPECT_EQ(signal.maximum, std::numeric_limits<double>::infinity());
+        ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (1,0) [-inf|" + row.text + "] \"\" A"));
+        EXPECT_EQ(signal.minimum, -std::numeric_limits<double>::infinity());
+        EXPECT_EQ(signal.maximum, row.value);
+    }
+}
+
+TEST(SignalStatement, TextBetweenThePartsIsPassedOver) {
+    CANSignal signal;
+    ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ junk [9|9] (2(x,3,y) ) (4,5) [6[x|7|y] ] x \"u\" A"));
+    EXPECT_EQ(signal.factor, 2.0);
+    EXPECT_EQ(signal.offset, 3.0);
+    EXPECT_EQ(signal.minimum, 6.0);
+    EXPECT_EQ(signal.maximum, 7.0);
+    EXPECT_EQ(signal.unit, "u");
+    EXPECT_EQ(signal.receivers.Joined(), "A");
+}
+
+struct Range {
+    std::string text;
+    double minimum;
+    double maximum;
+};
+
+TEST(SignalStatement, RangeTheWrongWayRoundIsSwapped) {
+    const Range kRows[] = {
+        {"[10|0]", 0.0, 10.0}, {"[0|10]", 0.0, 10.0},         {"[-5|-10]", -10.0, -5.0},
+        {"[1|1]", 1.0, 1.0},   {"[0.25|0.125]", 0.125, 0.25}, {"[inf|0]", 0.0, std::numeric_limits<double>::infinity()},
+    };
+    for (const Range& row : kRows) {
+        SCOPED_TRACE(row.text);
+        CANSignal signal;
+        ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (1,0) " + row.text + " \"\" A"));
+        EXPECT_EQ(signal.minimum, row.minimum);
+        EXPECT_EQ(signal.maximum, row.maximum);
+    }
+}
+
+TEST(SignalStatement, RangeWithNotANumberIsNotSwapped) {
+    CANSignal signal;
+    ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (1,0) [nan|0] \"\" A"));
+    EXPECT_TRUE(std::isnan(signal.minimum));
+    EXPECT_EQ(signal.maximum, 0.0);
+}
+
+struct Tail {
+    std::string text;  // behind "]"
+    std::string unitAsWritten;
+    std::string unit;
+    std::string receivers;
+};
+
+TEST(SignalStatement, UnitAndReceiversAreRead) {
+    const std::string kNode32 = "Node_efghijklmnopqrstuvwxyz01234";
+    const Tail kRows[] = {
+        {" \"rpm\" A", "rpm", "rpm", "A"},
+        {" \"\" A", "", "", "A"},
+        {" \" \t\" A", "", "", "A"},
+        {" \" \tkm h\n \" A", "km h", "km h", "A"},
+        {" \"%\" A", "%", "%", "A"},  // one character is a unit
+        {" \"\xC2\xB5s\" A", "\xC2\xB5s", "_s", "A"},
+        {" \"\xE2\x82\xAC/\xF0\x9F\x9A\x97\" A", "\xE2\x82\xAC/\xF0\x9F\x9A\x97", "_/_", "A"},
+        {" x \"u\" A", "u", "u", "A"},
+        {"\"u\"A", "u", "u", "A"},
+        {" \"u\\\" A", "u\\", "u\\", "A"},  // a backslash escapes nothing
+        {" \"u\" A\"B\"", "u", "u", "A_B_"},
+
+        // No unit: the receivers begin one character behind "]".
+        {"", "", "", ""},
+        {" ", "", "", ""},
+        {"X", "", "", ""},
+        {"XA", "", "", "A"},
+        {" A", "", "", "A"},
+        {" A,B", "", "", "A,B"},
+        {" \"A", "", "", "_A"},
+        {"\"A,B", "", "", "A,B"},
+
+        {" \"u\"", "u", "u", ""},
+        {" \"u\"\r\n", "u", "u", ""},
+        {" \"u\" X", "u", "u", "X"},  // one character is a receiver
+        {" \"u\" ECU1, ECU2", "u", "u", "ECU1,ECU2"},
+        {" \"u\" ECU1 ECU2", "u", "u", "ECU1_ECU2"},
+        {" \"u\" A,B;", "u", "u", "A,B_"},
+        {" \"u\" A\t\n , \v\f B\r\n ", "u", "u", "A,B"},
+        {" \"u\" ,A,,B, ,C,", "u", "u", "A,B,C"},
+        {" \"u\" , ,\t,", "u", "u", ""},
+        {" \"u\" A,A", "u", "u", "A,A"},
+        {" \"u\" 1A,2", "u", "u", "_A,_"},
+        {" \"u\" B\xC3\xB6-1", "u", "u", "B__1"},
+        {" \"u\" " + kNode32 + "," + kNode32 + "5", "u", "u", kNode32 + "," + kNode32},
+    };
+    for (const Tail& row : kRows) {
+        SCOPED_TRACE(row.text);
+        CANSignal signal;
+        ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (1,0) [0|255]" + row.text));
+        EXPECT_EQ(signal.unitAsWritten, row.unitAsWritten);
+        EXPECT_EQ(signal.unit, row.unit);
+        EXPECT_EQ(signal.receivers.Joined(), row.receivers);
+    }
+}
+
+struct WrittenNumber {
+    double value;
+    std::string text;
+};
+
+TEST(SignalStatement, DoublesAreWrittenWithTenDigits) {
+    const WrittenNumber kRows[] = {
+        {0.0, "0"},
+        {1.0, "1"},
+        {-40.0, "-40"},
+        {0.125, "0.125"},
+        {0.1, "0.1"},
+        {1.0 / 3.0, "0.3333333333"},
+        {2.0 / 3.0, "0.6666666667"},
+        {8031.875, "8031.875"},
+        {4294967295.0, "4294967295"},
+        {9999999999.0, "9999999999"},
+        {9999999999.6, "1e+10"},
+        {1e10, "1e+10"},
+        {1.5e12, "1.5e+12"},
+        {123456.7891234, "123456.7891"},
+        {0.0001, "0.0001"},
+        {0.00001, "1e-05"},
+        {0.0000123456789123, "1.234567891e-05"},
+        {1e100, "1e+100"},
+        {-1e-100, "-1e-100"},
+        {std::numeric_limits<double>::infinity(), "inf"},
+    };
+    for (const WrittenNumber& row : kRows) {
+        SCOPED_TRACE(row.text);
+        CANSignal signal;
+        signal.invalid = false;
+        signal.factor = signal.offset = signal.minimum = signal.maximum = row.value;
+        EXPECT_EQ(signal.WriteDefinitionLine(), " SG_  : 0|0@1+ (" + row.text + "," + row.text + ") [" + row.text +
+                                                    "|" + row.text + "] \"\" Kestrune");
+    }
+}
+
+struct WrittenCodes {
+    uint32_t multiplexKind;
+    uint32_t byteOrder;
+    uint32_t valueType;
+    std::string_view written;
+};
+
+TEST(SignalStatement, CodesAreWritten) {
+    const WrittenCodes kRows[] = {
+        {0, 1, 0, " SG_ S : 4294967295|4294967294@1+ (0,0) [0|0] \"\" Kestrune"},
+        {1, 1, 0, " SG_ S M : 4294967295|4294967294@1+ (0,0) [0|0] \"\" Kestrune"},
+        {2, 1, 0, " SG_ S m4294967293 : 4294967295|4294967294@1+ (0,0) [0|0] \"\" Kestrune"},
+        {0, 0, 0, " SG_ S : 4294967295|4294967294@0+ (0,0) [0|0] \"\" Kestrune"},
+        {0, 1, 1, " SG_ S : 4294967295|4294967294@1- (0,0) [0|0] \"\" Kestrune"},
+        {0, 1, 2, " SG_ S : 4294967295|4294967294@1- (0,0) [0|0] \"\" Kestrune"},  // float
+        {0, 1, 3, " SG_ S : 4294967295|4294967294@1- (0,0) [0|0] \"\" Kestrune"},  // double
+        // Values outside the lists.
+        {7, 5, 7, " SG_ S : 4294967295|4294967294@1- (0,0) [0|0] \"\" Kestrune"},
+    };
+    for (const WrittenCodes& row : kRows) {
+        SCOPED_TRACE(row.written);
+        CANSignal signal;
+        signal.invalid = false;
+        signal.identifierName = "S";
+        signal.multiplexKind = row.multiplexKind;
+        signal.multiplexValue = 4294967293U;
+        signal.startBit = 4294967295U;
+        signal.length = 4294967294U;
+        signal.byteOrder = row.byteOrder;
+        signal.valueType = row.valueType;
+        EXPECT_EQ(signal.WriteDefinitionLine(), row.written);
+    }
+}
+
+TEST(SignalStatement, WrittenTextsAreThoseReducedToAscii) {
+    CANSignal signal;
+    ASSERT_TRUE(signal.ParseLine("SG_ \xC3\x84 1 : 0|8@1+ (1,0) [0|1] \"\xC2\xB0 C\" B\xC3\xA4r"));
+    signal.SetLongName("Another Name");
+    EXPECT_EQ(signal.WriteDefinitionLine(), " SG_ __1 : 0|8@1+ (1,0) [0|1] \"_ C\" B_r");
+}
+
+}  // namespace
+}  // namespace tabrin

@@ -1,0 +1,74 @@
+// A small database to hold attributes against.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "dbc/attribute_statements.h"
+#include "dbc/well_known_attributes.h"
+#include "model/can_database.h"
+
+namespace tabrin {
+
+// A database in the middle of reading, with message 100 "Engine" of the signals "Speed" and "Torque" and message 200 "Brake" of the signal "Speed".
+class SmallDatabase {
+public:
+    SmallDatabase() {
+        AddMessage(100, "Engine", {"Speed", "Torque"});
+        AddMessage(200, "Brake", {"Speed"});
+    }
+
+    // The long names are the identifier forms for the time being.
+    CANMessage& AddMessage(uint32_t id, const char* name, const std::vector<const char*>& signals) {
+        auto message = std::make_shared<CANMessage>();
+        message->invalid = false;
+        message->id = id;
+        message->name = message->identifierName = message->nameAsRead = name;
+        for (const char* signalName : signals) {
+            auto signal = std::make_shared<CANSignal>();
+            signal->invalid = false;
+            signal->name = signal->identifierName = signal->nameAsRead = signalName;
+            message->AddSignal(std::move(signal));
+        }
+        data.AddParsedMessage(std::move(message));
+        return *data.messages.back();
+    }
+
+    // What reading does with these statements of a file, once all of it has been read.
+    void Apply(const std::vector<const char*>& statements) {
+        for (const char* statement : statements) {
+            ParseAttributeStatement(data.attributes, statement);
+        }
+        ApplyWellKnownAttributes(data);
+    }
+
+    CANMessage& Message(size_t index) { return *data.messages.at(index); }
+    CANSignal& Signal(size_t message, size_t index) { return *data.messages.at(message)->signals.at(index); }
+
+    CANDatabase data;
+};
+
+// All that attributes can change, one line for each message and each signal:
+// "name/identifier [send type] cycle time" and "  name/identifier start value inactive value".
+inline std::vector<std::string> DescribeAttributed(const CANDatabase& database) {
+    std::vector<std::string> texts;
+    for (const auto& message : database.messages) {
+        texts.push_back(message->name + "/" + message->identifierName + " [" + message->sendType + "] " +
+                        std::to_string(message->cycleTime));
+        for (const auto& signal : message->signals) {
+            texts.push_back("  " + signal->name + "/" + signal->identifierName + " " +
+                            std::to_string(signal->startValue) + " " + std::to_string(signal->inactiveValue));
+        }
+    }
+    return texts;
+}
+
+// The small database before anything is applied.
+inline const std::vector<std::string> kUnattributed = {"Engine/Engine [] 0", "  Speed/Speed 0 0", "  Torque/Torque 0 0",
+                                                       "Brake/Brake [] 0", "  Speed/Speed 0 0"};
+
+}  // namespace tabrin

@@ -1,0 +1,203 @@
+// Failures of the operating system, which are easy to have here.
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "io/dbc_file_stream.h"
+#include "io/io_test_support.h"
+
+namespace tabrin {
+namespace {
+
+void Open(DbcFileStream& stream, const std::string& path, OpenMode mode) {
+    stream.Open(path.c_str(), static_cast<uint32_t>(path.size() + 1), mode);
+}
+
+bool HasFullDevice() {
+    return access("/dev/full", W_OK) == 0;
+}
+
+TEST(WriteFailure, IsNoticedAtTheNextLine) {
+    if (!HasFullDevice()) {
+        GTEST_SKIP() << "there is no /dev/full";
+    }
+    DbcFileStream stream;
+    Open(stream, "/dev/full", OpenMode::Write);
+    ASSERT_EQ(stream.Status(), FileStatus::Writing);
+    stream.WriteLine("a");
+    EXPECT_EQ(stream.Status(), FileStatus::Writing);
+    stream.WriteLine("b");
+    EXPECT_EQ(stream.Status(), FileStatus::Failed);
+    stream.WriteLine("c");
+    EXPECT_EQ(stream.Status(), FileStatus::Failed);
+    stream.Close();
+    EXPECT_EQ(stream.Status(), FileStatus::Failed);
+}
+
+TEST(WriteFailure, IsNoticedByTheCheckInFrontOfALine) {
+    if (!HasFullDevice()) {
+        GTEST_SKIP() << "there is no /dev/full";
+    }
+    DbcFileStream stream;
+    Open(stream, "/dev/full", OpenMode::Write);
+    EXPECT_TRUE(stream.ReadyToWrite());
+    stream.WriteLine("a");
+    EXPECT_EQ(stream.Status(), FileStatus::Writing);
+    EXPECT_FALSE(stream.ReadyToWrite());
+    EXPECT_EQ(stream.Status(), FileStatus::Failed);
+}
+
+TEST(WriteFailure, OfTheLastLineIsNoticedInClosing) {
+    if (!HasFullDevice()) {
+        GTEST_SKIP() << "there is no /dev/full";
+    }
+    DbcFileStream stream;
+    Open(stream, "/dev/full", OpenMode::Write);
+    stream.WriteLine("a");
+    EXPECT_EQ(stream.Status(), FileStatus::Writing);
+    stream.Close();
+    EXPECT_EQ(stream.Status(), FileStatus::Failed);
+    EXPECT_FALSE(stream.ReadyToWrite());
+    stream.Close();
+    EXPECT_EQ(stream.Status(), FileStatus::Closed);
+}
+
+TEST(WriteFailure, IsForgottenWithTheNextFile) {
+    if (!HasFullDevice()) {
+        GTEST_SKIP() << "there is no /dev/full";
+    }
+    const TempFile file("");
+    DbcFileStream stream;
+    Open(stream, "/dev/full", OpenMode::Write);
+    stream.WriteLine("a");
+    Open(stream, file.Path(), OpenMode::Write);
+    EXPECT_EQ(stream.Status(), FileStatus::Writing);
+    stream.WriteLine("b");
+    stream.WriteLine("c");
+    EXPECT_EQ(stream.Status(), FileStatus::Writing);
+    stream.Close();
+    EXPECT_EQ(stream.Status(), FileStatus::Closed);
+    EXPECT_EQ(ReadBytes(file.Path()), "b\r\nc\r\n");
+}
+
+// Lets files grow no further than to that size, as long as the object lives.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t size) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        rlimit limit = before_;
+        limit.rlim_cur = size;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handler_);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+    FileSizeLimit(FileSizeLimit&&) = delete;
+    FileSizeLimit& operator=(FileSizeLimit&&) = delete;
+
+private:
+    void (*handler_)(int);
+    rlimit before_{};
+};
+
+TEST(WriteFailure, InTheMiddleOfALineEndsTheFileThere) {
+    const TempFile file("");
+    DbcFileStream stream;
+    {
+        const FileSizeLimit limit(10);
+        Open(stream, file.Path(), OpenMode::Write);
+        stream.WriteLine("1234");
+        EXPECT_TRUE(stream.ReadyToWrite());
+        stream.WriteLine("5678");
+        EXPECT_EQ(stream.Status(), FileStatus::Writing);
+        stream.WriteLine("90");
+        EXPECT_EQ(stream.Status(), FileStatus::Failed);
+    }
+    // Nothing more is tried once a line has failed, even when there is room again.
+    stream.WriteLine("ab");
+    stream.Close();
+    EXPECT_EQ(stream.Status(), FileStatus::Failed);
+    EXPECT_EQ(ReadBytes(file.Path()), "1234\r\n5678");
+}
+
+// The memory of this process is a file that opens, and whose first bytes cannot be read.
+constexpr char kUnreadable[] = "/proc/self/mem";
+
+TEST(ReadFailure, StaysTheStatusAfterClosing) {
+    if (access(kUnreadable, R_OK) != 0) {
+        GTEST_SKIP() << "there is no " << kUnreadable;
+    }
+    DbcFileStream stream;
+    Open(stream, kUnreadable, OpenMode::Read);
+    ASSERT_EQ(stream.Status(), FileStatus::Reading);
+    EXPECT_FALSE(stream.NextStatement());
+    EXPECT_EQ(stream.Status(), FileStatus::Failed);
+    EXPECT_EQ(stream.LineNumber(), 0U);
+    EXPECT_FALSE(stream.NextStatement());
+    stream.Close();
+    EXPECT_EQ(stream.Status(), FileStatus::Failed);
+    stream.Close();
+    EXPECT_EQ(stream.Status(), FileStatus::Closed);
+}
+
+TEST(ReadFailure, IsForgottenWithTheNextFile) {
+    if (access(kUnreadable, R_OK) != 0) {
+        GTEST_SKIP() << "there is no " << kUnreadable;
+    }
+    const TempFile file("BO_ 1\n");
+    DbcFileStream stream;
+    Open(stream, kUnreadable, OpenMode::Read);
+    EXPECT_FALSE(stream.NextStatement());
+    Open(stream, file.Path(), OpenMode::Read);
+    EXPECT_EQ(stream.Status(), FileStatus::Reading);
+    EXPECT_TRUE(stream.NextStatement());
+    EXPECT_EQ(stream.Statement(), "BO_ 1\n");
+    EXPECT_EQ(stream.Status(), FileStatus::EndOfFile);
+    stream.Close();
+    EXPECT_EQ(stream.Status(), FileStatus::Closed);
+}
+
+TEST(OpenFile, FileWithoutPermissionOpensForNeither) {
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "permissions do not bind the superuser";
+    }
+    const TempFile file("BO_ 1\n");
+    ASSERT_EQ(chmod(file.Path().c_str(), 0), 0);
+    for (const OpenMode mode : {OpenMode::Read, OpenMode::Write}) {
+        DbcFileStream stream;
+        Open(stream, file.Path(), mode);
+        EXPECT_EQ(stream.Status(), FileStatus::NotOpened);
+    }
+}
+
+TEST(OpenFile, ProgramThatIsRunningCannotBeWritten) {
+    DbcFileStream stream;
+    Open(stream, "/proc/self/exe", OpenMode::Write);
+    EXPECT_EQ(stream.Status(), FileStatus::NotOpened);
+}
+
+TEST(ReadStatements, PipesAreFilesToo) {
+    int ends[2] = {};
+    ASSERT_EQ(pipe(ends), 0);
+    DbcFileStream stream;
+    Open(stream, "/dev/fd/" + std::to_string(ends[0]), OpenMode::Read);
+    ASSERT_EQ(stream.Status(), FileStatus::Reading);
+    for (const std::string_view part : {"BO_", " 1\r", "\nSG_ 2\n"}) {
+        ASSERT_EQ(write(ends[1], part.data(), part.size()), static_cast<ssize_t>(part.size()));
+    }
+    close(ends[0]);
+    close(ends[1]);
+    ASSERT_TRUE(stream.NextStatement());
+    EXPECT_EQ(stream.Statement(), "BO_ 1\n");
+    ASSERT_TRUE(stream.NextStatement());
+    EXPECT_EQ(stream.Statement(), "SG_ 2\n");
+    EXPECT_EQ(stream.Status(), FileStatus::EndOfFile);
+}
+
+}  // namespace
+}  // namespace tabrin

@@ -1,0 +1,513 @@
+#include "io/text_number.h"
+
+#include <clocale>
+#include <cmath>
+#include <limits>
+#include <locale>
+
+#include "io/io_test_support.h"
+
+namespace tabrin {
+namespace {
+
+template <typename Number>
+struct Row {
+    std::string_view text;
+    Number value;
+};
+
+TEST(ToU32, TakesWhatTheConversionTakes) {
+    const Row<uint32_t> rows[] = {
+        {"0", 0},
+        {"42", 42},
+        {"007", 7},
+        {"00000000000000000000000000000000000001", 1},
+        {"4294967294", 4294967294U},
+        {"4294967295", 4294967295U},
+        {"+5", 5},
+        {" \f\n\r\t\v7", 7},
+        {" +7", 7},
+    };
+    for (const auto& row : rows) {
+        uint32_t value = 77;
+        EXPECT_TRUE(ToU32(row.text, value)) << Shown(row.text);
+        EXPECT_EQ(value, row.value) << Shown(row.text);
+    }
+}
+
+TEST(ToU32, MinusSignWrapsAround) {
+    const Row<uint32_t> rows[] = {
+        {"-0", 0}, {"-1", 4294967295U}, {" -2", 4294967294U}, {"-2147483648", 2147483648U}, {"-4294967295", 1},
+    };
+    for (const auto& row : rows) {
+        uint32_t value = 77;
+        EXPECT_TRUE(ToU32(row.text, value)) << Shown(row.text);
+        EXPECT_EQ(value, row.value) << Shown(row.text);
+    }
+}
+
+TEST(ToU32, TrailingCharactersAreIgnored) {
+    const Row<uint32_t> rows[] = {
+        {"12abc", 12}, {"12 34", 12}, {"12.9", 12},    {"1e3", 1},
+        {"0x10", 0},   {"5-", 5},     {"5\0007"sv, 5}, {"4294967295x", 4294967295U},
+    };
+    for (const auto& row : rows) {
+        uint32_t value = 77;
+        EXPECT_TRUE(ToU32(row.text, value)) << Shown(row.text);
+        EXPECT_EQ(value, row.value) << Shown(row.text);
+    }
+}
+
+// Of all integer conversions alike.
+constexpr std::string_view kNoInteger[] = {
+    "",
+    " ",
+    " \f\n\r\t\v",
+    "abc",
+    "a1",
+    "-",
+    "+",
+    "+-5",
+    "-+5",
+    "--5",
+    "++5",
+    "- 5",
+    "+ 5",
+    ".5",
+    "\"5",
+    "\x08"
+    "5",
+    "\xA0"
+    "5",
+    "\0005"sv,
+    "inf",
+    "_1",
+};
+
+TEST(ToU32, NoNumberFails) {
+    for (const std::string_view text : kNoInteger) {
+        uint32_t value = 77;
+        EXPECT_FALSE(ToU32(text, value)) << Shown(text);
+        EXPECT_EQ(value, 0U) << Shown(text);
+    }
+}
+
+TEST(ToU32, OutOfRangeFails) {
+    for (const std::string_view text : {"4294967296", "4294967296x", "-4294967296", "-4294967297", "9999999999",
+                                        "18446744073709551615", "18446744073709551617", "99999999999999999999999"}) {
+        uint32_t value = 77;
+        EXPECT_FALSE(ToU32(text, value)) << Shown(text);
+        EXPECT_EQ(value, 0U) << Shown(text);
+    }
+}
+
+TEST(ToI32, TakesWhatTheConversionTakes) {
+    const Row<int32_t> rows[] = {
+        {"0", 0},
+        {"-0", 0},
+        {"42", 42},
+        {"-42", -42},
+        {"+42", 42},
+        {" \f\n\r\t\v-7", -7},
+        {"-12abc", -12},
+        {"12.9", 12},
+        {"-1e3", -1},
+        {"0x10", 0},
+        {"007", 7},
+        {"2147483647", 2147483647},
+        {"-2147483647", -2147483647},
+        {"-2147483648", std::numeric_limits<int32_t>::min()},
+        {"2147483647;", 2147483647},
+    };
+    for (const auto& row : rows) {
+        int32_t value = 77;
+        EXPECT_TRUE(ToI32(row.text, value)) << Shown(row.text);
+        EXPECT_EQ(value, row.value) << Shown(row.text);
+    }
+}
+
+TEST(ToI32, NoNumberFails) {
+    for (const std::string_view text : kNoInteger) {
+        int32_t value = 77;
+        EXPECT_FALSE(ToI32(text, value)) << Shown(text);
+        EXPECT_EQ(value, 0) << Shown(text);
+    }
+}
+
+TEST(ToI32, OutOfRangeFails) {
+    for (const std::string_view text : {"2147483648", "-2147483649", "4294967295", "-4294967295", "4294967296",
+                                        "-4294967296", "9223372036854775807", "2147483648x"}) {
+        int32_t value = 77;
+        EXPECT_FALSE(ToI32(text, value)) << Shown(text);
+        EXPECT_EQ(value, 0) << Shown(text);
+    }
+}
+
+TEST(ToI64, TakesWhatTheConversionTakes) {
+    const Row<int64_t> rows[] = {
+        {"0", 0},
+        {"-5", -5},
+        {"+5", 5},
+        {" \f\n\r\t\v7", 7},
+        {"12abc", 12},
+        {"0x10", 0},
+        {"4294967296", 4294967296},
+        {"9223372036854775807", 9223372036854775807},
+        {"-9223372036854775807", -9223372036854775807},
+        {"-9223372036854775808", std::numeric_limits<int64_t>::min()},
+    };
+    for (const auto& row : rows) {
+        int64_t value = 77;
+        EXPECT_TRUE(ToI64(row.text, value)) << Shown(row.text);
+        EXPECT_EQ(value, row.value) << Shown(row.text);
+    }
+}
+
+TEST(ToI64, NoNumberFails) {
+    for (const std::string_view text : kNoInteger) {
+        int64_t value = 77;
+        EXPECT_FALSE(ToI64(text, value)) << Shown(text);
+        EXPECT_EQ(value, 0) << Shown(text);
+    }
+}
+
+TEST(ToI64, OutOfRangeFails) {
+    for (const std::string_view text : {"9223372036854775808", "-9223372036854775809", "18446744073709551615",
+                                        "-18446744073709551615", "18446744073709551616", "9223372036854775808x"}) {
+        int64_t value = 77;
+        EXPECT_FALSE(ToI64(text, value)) << Shown(text);
+        EXPECT_EQ(value, 0) << Shown(text);
+    }
+}
+
+void CheckDoubles(const std::vector<Row<double>>& rows) {
+    for (const auto& row : rows) {
+        double value = 77;
+        EXPECT_TRUE(ToDouble(row.text, value)) << Shown(row.text);
+        EXPECT_EQ(value, row.value) << Shown(row.text);
+    }
+}
+
+void CheckNoDoubles(const std::vector<std::string_view>& texts) {
+    for (const std::string_view text : texts) {
+        double value = 77;
+        EXPECT_FALSE(ToDouble(text, value)) << Shown(text);
+        EXPECT_EQ(value, 0.0) << Shown(text);
+        EXPECT_FALSE(std::signbit(value)) << Shown(text);
+    }
+}
+
+TEST(ToDouble, TakesDecimalNumbers) {
+    CheckDoubles({
+        {"0", 0},       {"1", 1},        {"0.125", 0.125},    {"-2.5", -2.5}, {"+4", 4},
+        {".5", 0.5},    {"-.5", -0.5},   {"5.", 5},           {"1e3", 1000},  {"1E3", 1000},
+        {"1e+3", 1000}, {"25e-2", 0.25}, {"1.5e2", 150},      {"007", 7},     {"0.1", 0.1},
+        {"1e22", 1e22}, {"1e-3", 0.001}, {" \f\n\r\t\v7", 7}, {" -7", -7},    {" +7", 7},
+    });
+}
+
+TEST(ToDouble, TakesTheNearestNumber) {
+    CheckDoubles({
+        {"0.1000000000000000055511151231257827021181583404541015625", 0.1},
+        {"9007199254740993", 9007199254740992.0},
+        {"9007199254740993.00000000000000000000000000001", 9007199254740994.0},
+        {"123456789012345678901234567890", 123456789012345678901234567890.0},
+        {"4294967295.5", 4294967295.5},
+    });
+}
+
+// Short numbers are converted in a way of their own.
+TEST(ToDouble, TakesNumbersOfAnyLength) {
+    CheckDoubles({
+        {"12345678901234", 12345678901234.0},
+        {"999999999999999", 999999999999999.0},
+        {"1234567890123456", 1234567890123456.0},
+        {"9999999999999999", 1e16},
+        {"99999999999999999999", 1e20},
+        {"18446744073709551617", 18446744073709551616.0},
+        {"18446744073709551617.5", 18446744073709551616.0},
+        {"0000000000000000000000005", 5},
+        {"5.00000000000000000000000", 5},
+        {"1234567.89012345", 1234567.89012345},
+        {"1234567.890123456", 1234567.890123456},
+        {".000000000000001", 1e-15},
+        {".0000000000000001", 1e-16},
+        {"0.00000000000001", 1e-14},
+        {"99999999.9999999 ", 99999999.9999999},
+        {"0.3", 0.3},
+        {"123.456\t", 123.456},
+        {"-123.456\n", -123.456},
+        {"123.456,", 123.456},
+        {"123.456e1", 1234.56},
+        {"12.34;", 12.34},
+    });
+}
+
+TEST(ToDouble, TrailingCharactersAreIgnored) {
+    CheckDoubles({
+        {"1.5abc", 1.5}, {"1,5", 1},  {"1.5.5", 1.5}, {"1e", 1},       {"1e+", 1}, {"1ex", 1}, {"2-", 2},
+        {"2 3", 2},      {"2f", 2},   {"3)", 3},      {"5\0006"sv, 5}, {"0x", 0},  {"0xg", 0}, {"0x.", 0},
+        {"0x.g", 0},     {"0xp1", 0}, {"0x-1", 0},    {"0x 1", 0},     {"1x5", 1},
+    });
+}
+
+TEST(ToDouble, TakesHexadecimalNumbers) {
+    CheckDoubles({
+        {"0x1.8p3", 12},
+        {"0X1.8P3", 12},
+        {"0x10", 16},
+        {"0xA", 10},
+        {"0xa", 10},
+        {"0xF", 15},
+        {"0xf", 15},
+        {"-0x.8", -0.5},
+        {"+0x1", 1},
+        {" 0x1", 1},
+        {"0x1p", 1},
+        {"0x1p+", 1},
+        {"0x1.p3", 8},
+        {"0x1p-1", 0.5},
+        {"0x1p+1", 2},
+        {"0x1g", 1},
+        {"0x0", 0},
+        {"0x.0", 0},
+        {"0x9", 9},
+        {"0x.A", 0.625},
+        {"0x1.00000000000008p0", 1},
+        {"0x1.000000000000081p0", 1.0000000000000002},
+    });
+}
+
+TEST(ToDouble, TakesInfinity) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    CheckDoubles({
+        {"inf", infinity},
+        {"INF", infinity},
+        {"Inf", infinity},
+        {"infinity", infinity},
+        {"INFINITY", infinity},
+        {"-inf", -infinity},
+        {"+inf", infinity},
+        {"-infinity", -infinity},
+        {" inf", infinity},
+        {"inform", infinity},
+        {"infinit", infinity},
+    });
+}
+
+TEST(ToDouble, TakesNotANumber) {
+    for (const std::string_view text : {"nan", "NAN", "NaN", "-nan", "+nan", " nan", "nan(12)", "nan(", "nano"}) {
+        double value = 77;
+        EXPECT_TRUE(ToDouble(text, value)) << Shown(text);
+        EXPECT_TRUE(std::isnan(value)) << Shown(text);
+    }
+}
+
+TEST(ToDouble, KeepsTheSignOfZero) {
+    double value = 77;
+    EXPECT_TRUE(ToDouble("-0", value));
+    EXPECT_TRUE(std::signbit(value));
+    EXPECT_TRUE(ToDouble("0", value));
+    EXPECT_FALSE(std::signbit(value));
+    EXPECT_TRUE(ToDouble("-0x0", value));
+    EXPECT_TRUE(std::signbit(value));
+}
+
+TEST(ToDouble, NoNumberFails) {
+    CheckNoDoubles({"",
+                    " ",
+                    " \f\n\r\t\v",
+                    "abc",
+                    "x1",
+                    "-",
+                    "+",
+                    ".",
+                    "-.",
+                    "e5",
+                    ".e5",
+                    "+-5",
+                    "-+5",
+                    "--5",
+                    "++5",
+                    "- 5",
+                    "+ 5",
+                    "in",
+                    "na",
+                    "-in",
+                    "\"1",
+                    ",5",
+                    "\xA0"
+                    "5",
+                    "\x08"
+                    "5",
+                    "\0005"sv,
+                    "--inf",
+                    "-+0x1",
+                    "--0x1"});
+}
+
+TEST(ToDouble, OverflowFails) {
+    CheckNoDoubles({"1.8e308", "-1.8e308", "1.7976931348623159e308", "1e309", "1e400", "-1e400", "1e400abc",
+                    "1e99999999999999999999", "0x1p1024", "-0x1p1024", "0x1p99999"});
+}
+
+TEST(ToDouble, UnderflowToZeroFails) {
+    CheckNoDoubles({"2e-324", "-2e-324", "1e-400", "-1e-400", "1e-400abc", "1e-99999999999999999999", "0x1p-1076",
+                    "-0x1p-1076", "0x1p-99999"});
+}
+
+TEST(ToDouble, TakesTheLimitsOfTheRange) {
+    const double smallest = std::numeric_limits<double>::denorm_min();
+    CheckDoubles({
+        {"1.7976931348623157e308", std::numeric_limits<double>::max()},
+        {"-1.7976931348623157e308", std::numeric_limits<double>::lowest()},
+        {"0x1.fffffffffffffp1023", std::numeric_limits<double>::max()},
+        {"2.2250738585072014e-308", std::numeric_limits<double>::min()},
+        {"4.9406564584124654e-324", smallest},
+        {"-4.9406564584124654e-324", -smallest},
+        {"3e-324", smallest},
+        {"1e-323", 2 * smallest},
+        {"1e-310", 1e-310},
+        {"0x1p-1022", std::numeric_limits<double>::min()},
+        {"0x1p-1074", smallest},
+        {"0x3p-1074", 3 * smallest},
+    });
+}
+
+TEST(ToDouble, ZeroWithAnyExponentIsZero) {
+    CheckDoubles({{"0e400", 0}, {"0e-400", 0}, {"0.000e999", 0}, {"0.0e-999", 0}, {"0x0p9999", 0}, {"0x0p-9999", 0}});
+}
+
+// The comma of the host's locale, without depending on the locales that a machine has.
+class CommaPoint : public std::numpunct<char> {
+protected:
+    [[nodiscard]] char do_decimal_point() const override { return ','; }
+    [[nodiscard]] char do_thousands_sep() const override { return '.'; }
+    [[nodiscard]] std::string do_grouping() const override { return "\3"; }
+};
+
+void CheckPointIsAPoint() {
+    double value = 0;
+    EXPECT_TRUE(ToDouble("1234.5", value));
+    EXPECT_EQ(value, 1234.5);
+    EXPECT_TRUE(ToDouble("1,5", value));
+    EXPECT_EQ(value, 1.0);
+    uint32_t integer = 0;
+    EXPECT_TRUE(ToU32("1.234", integer));
+    EXPECT_EQ(integer, 1U);
+    std::string text;
+    AppendNumber(text, 1234567.5);
+    AppendNumber(text += ' ', uint32_t{1234567});
+    AppendNumber(text += ' ', int32_t{-1234567});
+    EXPECT_EQ(text, "1234567.5 1234567 -1234567");
+}
+
+TEST(Numbers, DoNotDependOnTheLocaleOfStreams) {
+    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new CommaPoint));
+    CheckPointIsAPoint();
+    std::locale::global(before);
+}
+
+TEST(Numbers, DoNotDependOnTheLocaleOfTheHost) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    bool comma = false;
+    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "de_DE", "German_Germany.1252", "German", "de-DE"}) {
+        comma = std::setlocale(LC_ALL, name) != nullptr && std::string(std::localeconv()->decimal_point) == ",";
+        if (comma) {
+            break;
+        }
+    }
+    if (comma) {
+        CheckPointIsAPoint();
+    }
+    std::setlocale(LC_ALL, before.c_str());
+    if (!comma) {
+        GTEST_SKIP() << "this machine has no German locale";
+    }
+}
+
+TEST(AppendNumber, IntegersAreWrittenInDecimal) {
+    std::string text = "x";
+    AppendNumber(text, uint32_t{0});
+    AppendNumber(text += ' ', uint32_t{7});
+    AppendNumber(text += ' ', uint32_t{4294967295U});
+    AppendNumber(text += ' ', int32_t{0});
+    AppendNumber(text += ' ', int32_t{2147483647});
+    AppendNumber(text += ' ', std::numeric_limits<int32_t>::min());
+    EXPECT_EQ(text, "x0 7 4294967295 0 2147483647 -2147483648");
+}
+
+TEST(AppendNumber, DoublesHaveTenSignificantDigits) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    const Row<double> rows[] = {
+        {"0", 0.0},
+        {"-0", -0.0},
+        {"1", 1.0},
+        {"-1", -1.0},
+        {"0.125", 0.125},
+        {"0.1", 0.1},
+        {"0.3", 0.1 + 0.2},
+        {"-2.5", -2.5},
+        {"100000", 100000.0},
+        {"1000000", 1000000.0},
+        {"1000000000", 1e9},
+        {"9999999999", 9999999999.0},
+        {"4294967295", 4294967295.0},
+        {"1234567891", 1234567890.6},
+        {"1234567890", 1234567890.4},
+        {"123456789.1", 123456789.12},
+        {"0.3333333333", 1.0 / 3.0},
+        {"0.6666666667", 2.0 / 3.0},
+        {"1.23456789", 1.23456789012},
+        {"1.234567891", 1.23456789087},
+        {"0.000123456789", 0.00012345678901},
+        {"0.0001", 0.0001},
+        {"0.00012345", 0.00012345},
+        {"0.00010001", 0.00010001},
+        {"1.000000001", 1.000000001},
+        {"1", 1.0000000001},
+        {"0.100000001", 0.100000001},
+        {"0.1000000001", 0.1000000001},
+        {"0.1", 0.10000000001},
+        {"99999.99999", 99999.99999},
+        {"-123.456", -123.456},
+        {"1.05", 1.05},
+        {"10.01", 10.01},
+        {"1000000001", 1000000001.0},
+        {"-0.5", -0.5},
+        {"inf", infinity},
+        {"-inf", -infinity},
+        {"nan", std::numeric_limits<double>::quiet_NaN()},
+    };
+    for (const auto& row : rows) {
+        std::string text;
+        AppendNumber(text, row.value);
+        EXPECT_EQ(text, row.text);
+    }
+}
+
+TEST(AppendNumber, LargeAndSmallDoublesHaveAnExponent) {
+    const Row<double> rows[] = {
+        {"1e+10", 1e10},
+        {"-1e+10", -1e10},
+        {"1e+10", 9999999999.9},
+        {"1.23456789e+10", 12345678901.0},
+        {"1.5e+10", 1.5e10},
+        {"1.844674407e+19", 18446744073709551615.0},
+        {"1e+100", 1e100},
+        {"1.797693135e+308", std::numeric_limits<double>::max()},
+        {"1e-05", 0.00001},
+        {"1.5e-05", 0.000015},
+        {"9.9999e-05", 0.000099999},
+        {"1e-300", 1e-300},
+        {"4.940656458e-324", std::numeric_limits<double>::denorm_min()},
+    };
+    for (const auto& row : rows) {
+        std::string text = "f=";
+        AppendNumber(text, row.value);
+        EXPECT_EQ(text, "f=" + std::string(row.text));
+    }
+}
+
+}  // namespace
+}  // namespace tabrin

@@ -1,0 +1,130 @@
+#include "model/can_signal.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "model/reset_state.h"
+
+namespace tabrin {
+namespace {
+
+const std::string k27 = "abcdefghijklmnopqrstuvwxyzA";
+
+TEST(CanSignal, NewSignalIsAsReset) {
+    const CANSignal signal;
+    ExpectReset(signal);
+    EXPECT_TRUE(signal.parseErrors.empty());
+}
+
+TEST(CanSignal, ResetLeavesOnlyTheParseErrors) {
+    CANSignal signal;
+    FillEveryField(signal);
+    signal.Reset();
+    ExpectReset(signal);
+    EXPECT_EQ(signal.parseErrors, std::vector<uint32_t>({3}));
+}
+
+TEST(CanSignal, LongNameGivenLaterLeavesTheIdentifierForm) {
+    CANSignal signal;
+    signal.name = "Old";
+    signal.identifierName = "Old";
+    signal.nameAsRead = "Old";
+    signal.SetLongName(" New\tName\n\v\f\r");
+    EXPECT_EQ(signal.name, " New Name    ");
+    EXPECT_EQ(signal.identifierName, "Old");
+    EXPECT_EQ(signal.nameAsRead, "Old");
+}
+
+TEST(CanSignal, FloatsAreTheTwoFloatingPointTypes) {
+    CANSignal signal;
+    const bool kExpected[] = {false, false, true, true, false};
+    for (uint32_t valueType = 0; valueType < 5; ++valueType) {
+        SCOPED_TRACE(valueType);
+        signal.valueType = valueType;
+        EXPECT_EQ(signal.IsFloat(), kExpected[valueType]);
+    }
+}
+
+struct Suffixed {
+    std::string name;
+    uint32_t index;
+    std::string result;
+};
+
+TEST(CanSignal, SuffixIsAppendedOrTakesTheEnd) {
+    const Suffixed kRows[] = {
+        {"S", 0, "S_0000"},
+        {"S", 7, "S_0007"},
+        {"S", 10, "S_0010"},
+        {"S", 123, "S_0123"},
+        {"S", 1000, "S_1000"},
+        {"S", 9999, "S_9999"},
+        {"", 1, "_0001"},
+        {"S_0001", 2, "S_0001_0002"},
+        {k27.substr(1), 1, k27.substr(1) + "_0001"},
+        {k27, 1, k27 + "_0001"},
+        {k27 + "B", 1, k27 + "_0001"},
+        {k27 + "BCDE", 1, k27 + "_0001"},  // 31 characters
+        {k27 + "BCDEF", 1, k27 + "_0001"},
+    };
+    for (const Suffixed& row : kRows) {
+        SCOPED_TRACE(row.name + ", " + std::to_string(row.index));
+        CANSignal signal;
+        signal.invalid = false;
+        signal.identifierName = row.name;
+        EXPECT_TRUE(signal.ApplyUniqueSuffix(row.index));
+        EXPECT_TRUE(signal.suffixApplied);
+        EXPECT_EQ(signal.identifierName, row.result);
+    }
+}
+
+TEST(CanSignal, SuffixReplacesAnEarlierOne) {
+    for (const std::string& name : {std::string("S"), std::string(), k27.substr(1), k27, k27 + "BCDEF"}) {
+        SCOPED_TRACE(name);
+        CANSignal signal;
+        signal.invalid = false;
+        signal.identifierName = name;
+        EXPECT_TRUE(signal.ApplyUniqueSuffix(9999));
+        EXPECT_TRUE(signal.ApplyUniqueSuffix(12));
+        EXPECT_EQ(signal.identifierName, name.substr(0, 27) + "_0012");
+    }
+}
+
+TEST(CanSignal, SuffixIsRefusedFromTenThousandOn) {
+    for (const uint32_t index : {10000U, 10001U, 4294967295U}) {
+        SCOPED_TRACE(index);
+        CANSignal signal;
+        signal.invalid = false;
+        signal.identifierName = "S";
+        EXPECT_FALSE(signal.ApplyUniqueSuffix(index));
+        EXPECT_FALSE(signal.suffixApplied);
+        EXPECT_EQ(signal.identifierName, "S");
+    }
+}
+
+TEST(CanSignal, SuffixIsRefusedForAnInvalidSignal) {
+    CANSignal signal;
+    signal.identifierName = "S";
+    EXPECT_FALSE(signal.ApplyUniqueSuffix(1));
+    EXPECT_FALSE(signal.suffixApplied);
+    EXPECT_EQ(signal.identifierName, "S");
+}
+
+TEST(CanSignal, UnsuffixedNameLeavesOutOnlyAnAppliedSuffix) {
+    CANSignal signal;
+    signal.invalid = false;
+    signal.identifierName = "S_0001";
+    EXPECT_EQ(signal.UnsuffixedName(), "S_0001");
+    signal.ApplyUniqueSuffix(2);
+    EXPECT_EQ(signal.UnsuffixedName(), "S_0001");
+    signal.identifierName = k27 + "BCDEF";
+    signal.suffixApplied = false;
+    signal.ApplyUniqueSuffix(2);
+    EXPECT_EQ(signal.UnsuffixedName(), k27);
+}
+
+}  // namespace
+}  // namespace tabrin

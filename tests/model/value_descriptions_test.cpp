@@ -1,0 +1,129 @@
+#include "model/value_descriptions.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <limits>
+#include <map>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tabrin {
+namespace {
+
+constexpr int32_t kLeast = std::numeric_limits<int32_t>::min();
+constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
+
+using Pairs = std::vector<std::pair<int32_t, std::string>>;
+
+struct Added {
+    Pairs added;
+    Pairs kept;
+};
+
+TEST(ValueDescriptions, ValuesAreOrderedAndTextsJoined) {
+    const Added kRows[] = {
+        {{}, {}},
+        {{{0, "Off"}, {1, "On"}}, {{0, "Off"}, {1, "On"}}},
+        {{{1, "On"}, {0, "Off"}}, {{0, "Off"}, {1, "On"}}},
+        {{{0, "a"}, {-1, "b"}, {kMost, "c"}, {kLeast, "d"}, {1, "e"}},
+         {{kLeast, "d"}, {-1, "b"}, {0, "a"}, {1, "e"}, {kMost, "c"}}},
+        {{{5, "a"}, {9, "b"}, {7, "c"}}, {{5, "a"}, {7, "c"}, {9, "b"}}},
+
+        {{{1, "On"}, {1, "On"}}, {{1, "On - On"}}},
+        {{{1, "a"}, {1, "b"}, {1, "c"}}, {{1, "a - b - c"}}},
+        {{{1, "a"}, {2, "b"}, {1, "c"}}, {{1, "a - c"}, {2, "b"}}},
+        {{{2, "a"}, {1, "b"}, {2, "c"}, {1, "d"}}, {{1, "b - d"}, {2, "a - c"}}},
+        {{{kLeast, "a"}, {kLeast, "b"}, {kMost, "c"}, {kMost, "d"}}, {{kLeast, "a - b"}, {kMost, "c - d"}}},
+        {{{1, ""}, {1, ""}}, {{1, " - "}}},
+        {{{1, ""}, {1, "a"}}, {{1, " - a"}}},
+        {{{1, "a"}, {1, ""}}, {{1, "a - "}}},
+    };
+    for (const Added& row : kRows) {
+        SCOPED_TRACE(testing::PrintToString(row.added));
+        ValueDescriptions descriptions;
+        for (const auto& [value, text] : row.added) {
+            descriptions.Add(value, text);
+        }
+        EXPECT_EQ(Pairs(descriptions.Entries().begin(), descriptions.Entries().end()), row.kept);
+        EXPECT_EQ(descriptions.Size(), row.kept.size());
+        for (size_t i = 0; i < row.kept.size(); ++i) {
+            EXPECT_EQ(descriptions.At(i).first, row.kept[i].first);
+            EXPECT_EQ(descriptions.At(i).second, row.kept[i].second);
+        }
+    }
+}
+
+TEST(ValueDescriptions, ClearLeavesNothing) {
+    ValueDescriptions descriptions;
+    descriptions.Add(1, "a");
+    descriptions.Add(2, "b");
+    EXPECT_EQ(descriptions.At(1).second, "b");
+    descriptions.Clear();
+    EXPECT_EQ(descriptions.Size(), 0U);
+
+    // The place of the entry asked for last is forgotten as well.
+    descriptions.Add(7, "c");
+    descriptions.Add(8, "d");
+    EXPECT_EQ(descriptions.At(1).second, "d");
+    EXPECT_EQ(descriptions.At(0).second, "c");
+}
+
+TEST(ValueDescriptions, EntriesAreFoundInAnyOrder) {
+    ValueDescriptions descriptions;
+    for (int32_t value = 0; value < 10; ++value) {
+        descriptions.Add(value, std::to_string(value));
+    }
+    for (const size_t index : {9U, 0U, 5U, 5U, 4U, 3U, 2U, 1U, 0U, 8U, 3U, 9U, 4U, 5U}) {
+        EXPECT_EQ(descriptions.At(index).second, std::to_string(index));
+    }
+}
+
+TEST(ValueDescriptions, EntriesMoveWhenOthersAreAddedInFront) {
+    ValueDescriptions descriptions;
+    descriptions.Add(10, "ten");
+    descriptions.Add(20, "twenty");
+    EXPECT_EQ(descriptions.At(1).second, "twenty");
+    descriptions.Add(15, "fifteen");
+    EXPECT_EQ(descriptions.At(1).second, "fifteen");
+    descriptions.Add(5, "five");
+    EXPECT_EQ(descriptions.At(2).second, "fifteen");
+    EXPECT_EQ(descriptions.At(3).second, "twenty");
+    descriptions.Add(30, "thirty");
+    EXPECT_EQ(descriptions.At(4).second, "thirty");
+    descriptions.Add(30, "again");
+    EXPECT_EQ(descriptions.At(4).second, "thirty - again");
+    EXPECT_EQ(descriptions.At(0).second, "five");
+}
+
+TEST(ValueDescriptions, AgreesWithAPlainMap) {
+    for (uint32_t seed = 1; seed <= 50; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        ValueDescriptions descriptions;
+        std::map<int32_t, std::string> expected;
+        for (int step = 0; step < 300; ++step) {
+            const auto value = static_cast<int32_t>(random() % 60) - 30;
+            const std::string text = std::to_string(random() % 10);
+            descriptions.Add(value, text);
+            const auto [place, isNew] = expected.emplace(value, text);
+            if (!isNew) {
+                place->second += " - " + text;
+            }
+            for (auto lookup = random() % 3; lookup > 0; --lookup) {
+                const size_t index = random() % expected.size();
+                const auto& entry = *std::next(expected.begin(), static_cast<std::ptrdiff_t>(index));
+                ASSERT_EQ(descriptions.At(index).first, entry.first);
+                ASSERT_EQ(descriptions.At(index).second, entry.second);
+            }
+        }
+        EXPECT_EQ(descriptions.Entries(), expected);
+    }
+}
+
+}  // namespace
+}  // namespace tabrin
