@@ -13,9 +13,7 @@ namespace tabrin {
 
 inline constexpr size_t kNpos = std::string_view::npos;
 
-// The blanks between tokens, the same set in every statement.
-inline constexpr std::string_view kBlanks = " \f\n\r\t\v";
-
+// The blanks between tokens, the same in every statement: space, tab and the line and page breaks.
 constexpr bool IsBlank(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
