@@ -30,9 +30,9 @@ bool ConvertedByCLibrary(const std::string& text, double& value) {
 void CheckWritten(double value) {
     char expected[40];
     std::snprintf(expected, sizeof expected, "%.10g", value);
-    std::string text;
-    tabrin::AppendNumber(text, value);
-    Require(text == expected, "AppendNumber of a number with a fraction", [&] { return text + " is not " + expected; });
+    char buffer[tabrin::kLongestNumber];
+    const std::string text(buffer, tabrin::FormatNumber(buffer, value));
+    Require(text == expected, "FormatNumber of a number with a fraction", [&] { return text + " is not " + expected; });
 }
 
 void CheckRead(const std::string& text) {

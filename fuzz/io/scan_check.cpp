@@ -13,6 +13,7 @@
 #include "fuzz/naive_text.h"
 #include "io/identifier.h"
 #include "io/line_buffer.h"
+#include "io/line_text.h"
 #include "io/text_number.h"
 #include "io/text_scan.h"
 #include "io/text_utf8.h"
@@ -125,10 +126,29 @@ void CheckWholeNumbers(std::string_view text) {
     int64_t expectedI64 = 0;
     const bool isI64 = NaiveSigned(text, expectedI64);
     Require(tabrin::ToI64(text, i64) == isI64 && i64 == expectedI64, "ToI64");
-    std::string written;
-    tabrin::AppendNumber(written, u32);
-    tabrin::AppendNumber(written, i32);
-    Require(written == std::to_string(u32) + std::to_string(i32), "AppendNumber of a whole number");
+    tabrin::LineText written;
+    written.AppendNumber(u32).Append(' ').AppendNumber(i32);
+    Require(written.View() == std::to_string(u32) + " " + std::to_string(i32), "FormatNumber of a whole number");
+}
+
+// The numbers in front of a delimiter, which is none of the characters that numbers consist of.
+void CheckNumbersUntil(std::string_view text, size_t pos) {
+    for (const char delimiter : {'|', '@', ',', ')', ']'}) {
+        size_t expectedFound = 0;
+        const std::string_view number = tabrin::TextUntilChar(text, pos, delimiter, expectedFound);
+        uint32_t expectedU32 = 0;
+        const bool isU32 = NaiveU32(number, expectedU32);
+        uint32_t u32 = 99;
+        size_t found = 0;
+        Require(tabrin::U32UntilChar(text, pos, delimiter, u32, found) == isU32, "U32UntilChar");
+        Require(u32 == expectedU32 && found == expectedFound, "U32UntilChar gives another number or position");
+        double expected = 99.0;
+        const bool isDouble = tabrin::ToDouble(number, expected);
+        double value = 99.0;
+        Require(tabrin::DoubleUntilChar(text, pos, delimiter, value, found) == isDouble, "DoubleUntilChar");
+        Require(std::memcmp(&value, &expected, sizeof value) == 0 && found == expectedFound,
+                "DoubleUntilChar gives another number or position");
+    }
 }
 
 // A token is the number when it has as many characters behind its leading zeros as the number has digits.
@@ -304,6 +324,7 @@ void CheckScan(std::string_view bytes) {
     CheckKeywordAt(text, pos);
     CheckPieces(text, pos, last, delimiter);
     CheckWholeNumbers(text);
+    CheckNumbersUntil(text, pos);
     CheckUnsignedToken(text, pos);
     CheckTokens(text, " \f\n\r\t\v;,");
     CheckTokens(text, std::string_view(&delimiter, 1));

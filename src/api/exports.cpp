@@ -123,12 +123,7 @@ bool TabrinAppendCanSignalToCanMessage(uint32_t message, const CanSignalData* da
         if (owner == nullptr) {
             return false;
         }
-        auto signal = std::make_shared<CANSignal>();
-        if (!signal->SetFromRecord(data)) {
-            return false;
-        }
-        owner->AddSignal(std::move(signal));
-        return true;
+        return owner->AppendSignal(data);
     });
 }
 

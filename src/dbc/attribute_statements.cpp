@@ -2,6 +2,7 @@
 
 #include <array>
 #include <memory>
+#include <string>
 #include <utility>
 
 #include "io/dbc_keywords.h"
@@ -104,14 +105,10 @@ void ParseDefault(AttributeStore& store, TokenReader& tokens) {
 }
 
 // A value without object. It does not take over the default text, which may be long and is replaced in any case.
-std::shared_ptr<Attribute> MakeValue(const Attribute& definition) {
-    auto value = std::make_shared<Attribute>();
-    value->name = definition.name;
-    value->objectType = definition.objectType;
-    value->valueType = definition.valueType;
-    value->minimum = definition.minimum;
-    value->maximum = definition.maximum;
-    value->enumValues = definition.enumValues;
+Attribute MakeValue(const Attribute& definition) {
+    Attribute value = definition;
+    value.stringValue = {};
+    value.intValue = value.enumIndex = 0;
     return value;
 }
 
@@ -148,18 +145,18 @@ void ParseValue(AttributeStore& store, TokenReader& tokens) {
     if (definition == nullptr) {
         return;
     }
-    auto value = MakeValue(*definition);
-    const bool isString = value->valueType == AttributeValueType::String;
-    if (ParseObject(tokens, *value) && NextOfKind(tokens, isString ? TokenKind::Quoted : TokenKind::Number, token) &&
-        SetValueFromText(*value, token)) {
-        store.AddValue(std::move(value));
+    Attribute value = MakeValue(*definition);
+    const bool isString = value.valueType == AttributeValueType::String;
+    if (ParseObject(tokens, value) && NextOfKind(tokens, isString ? TokenKind::Quoted : TokenKind::Number, token) &&
+        SetValueFromText(value, token)) {
+        store.AddValue(value, *definition);
     }
 }
 
 // --- Writing
 
-std::string Quoted(const std::string& text) {
-    return "\"" + text + "\"";
+std::string Quoted(std::string_view text) {
+    return std::string("\"").append(text).append("\"");
 }
 
 std::string FormatType(const Attribute& definition) {
@@ -228,23 +225,17 @@ std::string FormatValue(const Attribute& value) {
     if (value.objectType == AttributeObjectType::Message) {
         line += " BO_ " + std::to_string(value.objectId);
     } else {
-        line += " SG_ " + std::to_string(value.objectId) + " " + value.signalName;
+        line += " SG_ " + std::to_string(value.objectId) + " " + std::string(value.signalName);
     }
     return line + " " + text + ";";
 }
 
-void AppendLines(std::string& lines, const AttributeStore::Sequence& attributes,
-                 std::string (*format)(const Attribute&)) {
-    for (const auto& attribute : attributes) {
-        const std::string line = format(*attribute);
-        if (line.empty()) {
-            continue;
-        }
-        if (!lines.empty()) {
-            lines += '\n';
-        }
-        lines += line;
+// Nothing for an empty line.
+void AppendLine(std::string& lines, const std::string& line) {
+    if (!lines.empty() && !line.empty()) {
+        lines += '\n';
     }
+    lines += line;
 }
 
 }  // namespace
@@ -264,9 +255,15 @@ void ParseAttributeStatement(AttributeStore& store, std::string_view statement) 
 
 std::string WriteAttributeSections(const AttributeStore& store) {
     std::string lines;
-    AppendLines(lines, store.Definitions(), FormatDefinition);
-    AppendLines(lines, store.Definitions(), FormatDefault);
-    AppendLines(lines, store.Values(), FormatValue);
+    for (const auto& definition : store.Definitions()) {
+        AppendLine(lines, FormatDefinition(*definition));
+    }
+    for (const auto& definition : store.Definitions()) {
+        AppendLine(lines, FormatDefault(*definition));
+    }
+    for (const Attribute& value : store.Values()) {
+        AppendLine(lines, FormatValue(value));
+    }
     return lines;
 }
 

@@ -3,7 +3,6 @@
 #include "io/dbc_keywords.h"
 #include "io/text_number.h"
 #include "io/text_scan.h"
-#include "model/comment_text.h"
 
 namespace tabrin {
 
@@ -37,18 +36,13 @@ bool ParseComment(std::string_view statement, size_t position, Comment& comment)
     return true;
 }
 
-// CM_ <object> <id>[ <name>] "<comment>"; A message has no name here. The comment goes out as it is kept; a signal whose
-// name is empty leaves its two blanks.
-std::string FormatComment(const std::string& comment, std::string_view objectKeyword, const std::string* name,
-                          uint32_t id) {
-    std::string line;
-    line.reserve(comment.size() + 64);
-    line.append(kCommentKeyword).append(" ").append(objectKeyword).append(" ");
-    AppendNumber(line, id);
-    if (name != nullptr) {
-        line.append(" ").append(*name);
-    }
-    return line.append(" \"").append(comment).append("\";");
+// CM_ <object> <id>[ <name>] "<comment>"; The comment goes out as it is kept.
+void AppendTarget(LineText& line, std::string_view objectKeyword, uint32_t id) {
+    line.Append("CM_ ").Append(objectKeyword).Append(' ').AppendNumber(id);
+}
+
+void AppendText(LineText& line, std::string_view comment) {
+    line.Append(" \"").Append(comment).Append("\";");
 }
 
 }  // namespace
@@ -63,7 +57,7 @@ bool ReadMessageComment(CANDatabase& database, std::string_view statement) {
     Comment comment;
     if (ParseComment(statement, position, comment) && comment.target.empty()) {
         for (const auto& message : messages) {
-            AppendEscaped(message->comment, comment.text);
+            message->AppendComment(comment.text);
         }
     }
     return !messages.empty();
@@ -77,26 +71,42 @@ bool ReadSignalComment(CANDatabase& database, std::string_view statement) {
     }
     Comment comment;
     if (ParseComment(statement, position, comment)) {
-        database.FindSignalNames(id).ForEachRead(
-            comment.target, [&](CANSignal& signal) { AppendEscaped(signal.comment, comment.text); });
+        database.FindSignalNames(id).ForEachRead(comment.target,
+                                                 [&](CANSignal& signal) { signal.AppendComment(comment.text); });
     }
     return !database.FindMessages(id).empty();
 }
 
+void CANMessage::AppendCommentLine(LineText& line) const {
+    if (!comment.IsEmpty()) {
+        AppendTarget(line, kMessageKeyword, id);
+        AppendText(line, comment.View());
+    }
+}
+
 std::string CANMessage::WriteCommentLine() const {
-    return comment.empty() ? std::string() : FormatComment(comment, kMessageKeyword, nullptr, id);
+    LineText line;
+    AppendCommentLine(line);
+    return std::string(line.View());
 }
 
 void WriteCommentsSection(DbcFileStream& stream, const CANDatabase::Messages& messages) {
     for (const auto& message : messages) {
         // A message whose names differ but that has no comment leaves an empty line.
-        if (!message->comment.empty() || message->name != message->identifierName) {
-            stream.WriteLine(message->WriteCommentLine());
+        if (!message->comment.IsEmpty() || message->name != message->identifierName) {
+            message->AppendCommentLine(stream.StartLine());
+            stream.WriteLine();
         }
         for (const auto& signal : message->signals) {
-            if (!signal->comment.empty()) {
-                stream.WriteLine(FormatComment(signal->comment, kSignalKeyword, &signal->identifierName, message->id));
+            if (signal->comment.IsEmpty()) {
+                continue;
             }
+            LineText& line = stream.StartLine();
+            AppendTarget(line, kSignalKeyword, message->id);
+            // A name that is empty leaves its two blanks.
+            line.Append(' ').Append(signal->identifierName);
+            AppendText(line, signal->comment.View());
+            stream.WriteLine();
         }
     }
 }

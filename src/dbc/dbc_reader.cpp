@@ -27,22 +27,27 @@ private:
 };
 
 bool ReadMessage(CANDatabase& database, std::string_view statement, uint32_t line) {
-    auto message = std::make_shared<CANMessage>();
+    ArenaScope scope(database.arena);
+    auto message = MakeInArena<CANMessage>(database.arena);
     if (!message->ParseLine(statement)) {
         database.RecordErrors(statement, line, message->parseErrors);
         return false;
     }
     database.AddParsedMessage(std::move(message));
+    scope.Keep();
     return true;
 }
 
 bool ReadSignal(CANDatabase& database, std::string_view statement, uint32_t line) {
-    auto signal = std::make_shared<CANSignal>();
+    ArenaScope scope(database.arena);
+    auto signal = MakeInArena<CANSignal>(database.arena);
     if (!signal->ParseLine(statement)) {
         database.RecordErrors(statement, line, signal->parseErrors);
         return false;
     }
-    database.messages.back()->AddSignal(std::move(signal));
+    if (database.messages.back()->AddSignal(std::move(signal))) {
+        scope.Keep();
+    }
     return true;
 }
 

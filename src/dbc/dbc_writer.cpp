@@ -1,15 +1,18 @@
 #include "dbc/dbc_writer.h"
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "dbc/comment_statement.h"
 #include "dbc/value_statements.h"
 #include "dbc/well_known_attributes.h"
 #include "io/dbc_keywords.h"
+#include "io/quick_key.h"
 
 namespace tabrin {
 
@@ -49,9 +52,11 @@ void WriteNodesSection(DbcFileStream& stream, const CANDatabase::Messages& messa
 
 void WriteMessagesSection(DbcFileStream& stream, const CANDatabase::Messages& messages) {
     for (const auto& message : messages) {
-        stream.WriteLine(message->WriteDefinitionLine());
+        message->AppendDefinitionLine(stream.StartLine());
+        stream.WriteLine();
         for (const auto& signal : message->signals) {
-            stream.WriteLine(signal->WriteDefinitionLine());
+            signal->AppendDefinitionLine(stream.StartLine());
+            stream.WriteLine();
         }
         stream.WriteLine("");
     }
@@ -68,15 +73,31 @@ void WriteSections(DbcFileStream& stream, const CANDatabase& database, const CAN
     WriteValueTypesSection(stream, ordered);
 }
 
+// Remembers some of the texts that it was asked about.
+class RecentTexts {
+public:
+    // Whether the text is known; it is from now on.
+    bool Knows(std::string_view text) {
+        std::string_view& place = places_[QuickKey(text) % places_.size()];
+        return std::exchange(place, text) == text;
+    }
+
+private:
+    std::array<std::string_view, 256> places_{};
+};
+
+// Most signals have a list of receivers that another one had shortly before.
 std::vector<std::string_view> DescendingNodeNames(const CANDatabase::Messages& messages) {
     std::unordered_set<std::string_view> names;
+    RecentTexts recent;
     for (const auto& message : messages) {
         names.insert(message->transmitter.empty() ? kDefaultNode : message->transmitter);
         for (const auto& signal : message->signals) {
             if (signal->receivers.IsEmpty()) {
                 names.insert(kDefaultNode);
+            } else if (!recent.Knows(signal->receivers.Joined())) {
+                signal->receivers.ForEach([&](std::string_view name) { names.insert(name); });
             }
-            signal->receivers.ForEach([&](std::string_view name) { names.insert(name); });
         }
     }
     std::vector<std::string_view> descending(names.begin(), names.end());

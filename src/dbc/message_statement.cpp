@@ -17,8 +17,8 @@ bool ParseName(CANMessage& message, std::string_view line, size_t& position) {
     if (name.empty()) {
         return false;
     }
-    message.nameAsRead = name;
-    SetName(name, message.name, message.identifierName);
+    message.nameAsRead = message.GetArena().Keep(name);
+    SetName(message.GetArena(), message.nameAsRead, message.name, message.identifierName);
     position = colon + 1;
     return true;
 }
@@ -59,24 +59,24 @@ bool CANMessage::ParseLine(std::string_view line) {
         return fail(TABRIN_ERROR_MESSAGE_LENGTH);
     }
     // Whatever follows the data length belongs to the transmitter: "8 ECU extra" gives ECU_extra.
-    transmitter = MakeIdentifier(TrimmedBetween(line, position, line.size() - 1));
+    transmitter = KeepIdentifier(*arena_, TrimmedBetween(line, position, line.size() - 1));
     invalid = false;
     return true;
 }
 
 // The long name is not written here; where it differs it travels as an attribute.
-std::string CANMessage::WriteDefinitionLine() const {
-    std::string line;
+void CANMessage::AppendDefinitionLine(LineText& line) const {
     if (invalid) {
-        return line;
+        return;
     }
-    line.reserve(64);
-    line.append(kMessageKeyword).append(" ");
-    AppendNumber(line, id);
-    line.append(" ").append(identifierName).append(": ");
-    AppendNumber(line, dlc);
-    line.append(" ").append(transmitter.empty() ? kDefaultNode : transmitter);
-    return line;
+    line.Append("BO_ ").AppendNumber(id).Append(' ').Append(identifierName).Append(": ").AppendNumber(dlc).Append(' ');
+    line.Append(transmitter.empty() ? kDefaultNode : transmitter);
+}
+
+std::string CANMessage::WriteDefinitionLine() const {
+    LineText line;
+    AppendDefinitionLine(line);
+    return std::string(line.View());
 }
 
 }  // namespace tabrin

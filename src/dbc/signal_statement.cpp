@@ -54,8 +54,8 @@ bool ParseName(CANSignal& signal, std::string_view line, size_t& position) {
         return false;
     }
     const std::string_view name = Trimmed(text.substr(0, ParseMultiplexer(signal, text)));
-    signal.nameAsRead = name;
-    SetName(name, signal.name, signal.identifierName);
+    signal.nameAsRead = signal.GetArena().Keep(name);
+    SetName(signal.GetArena(), signal.nameAsRead, signal.name, signal.identifierName);
     position = colon + 1;
     return true;
 }
@@ -84,15 +84,14 @@ bool ParseOrderAndSign(CANSignal& signal, std::string_view line, size_t& positio
 
 bool ParseBits(CANSignal& signal, std::string_view line, size_t& position) {
     size_t bar = kNpos;
-    const std::string_view start = TextUntilChar(line, position, '|', bar);
-    if (start.empty() || bar + 1 == line.size() || !ToU32(start, signal.startBit)) {
+    if (!U32UntilChar(line, position, '|', signal.startBit, bar) || bar + 1 == line.size()) {
         return false;
     }
     size_t at = kNpos;
-    const std::string_view length = TextUntilChar(line, bar + 1, '@', at);
+    const bool hasLength = U32UntilChar(line, bar + 1, '@', signal.length, at);
     if (at != kNpos) {
         position = at + 1;
-        return ToU32(length, signal.length) && ParseOrderAndSign(signal, line, position);
+        return hasLength && ParseOrderAndSign(signal, line, position);
     }
     // A short form without byte order and sign. It goes on behind as many characters as the length has digits.
     if (!ToU32(line.substr(bar + 1), signal.length)) {
@@ -109,11 +108,9 @@ bool ParsePair(std::string_view line, size_t& position, std::string_view bracket
         return false;
     }
     size_t separator = kNpos;
-    if (!ToDouble(TextUntilChar(line, open + 1, brackets[1], separator), first)) {
-        return false;
-    }
     size_t close = kNpos;
-    if (!ToDouble(TextUntilChar(line, separator + 1, brackets[2], close), second)) {
+    if (!DoubleUntilChar(line, open + 1, brackets[1], first, separator) ||
+        !DoubleUntilChar(line, separator + 1, brackets[2], second, close)) {
         return false;
     }
     position = close + 1;
@@ -138,30 +135,23 @@ void ParseUnit(CANSignal& signal, std::string_view line, size_t& position) {
         ++position;
         return;
     }
-    signal.unitAsWritten = Trimmed(line.substr(open + 1, close - open - 1));
-    signal.unit = AsciiFold(signal.unitAsWritten);
+    signal.SetUnit(Trimmed(line.substr(open + 1, close - open - 1)));
     position = close + 1;
 }
 
-// Long enough for most lines, so that they grow in one piece.
-constexpr size_t kUsualLineLength = 128;
-
-void AppendPair(std::string& line, std::string_view brackets, double first, double second) {
-    line.append(" ").append(1, brackets[0]);
-    AppendNumber(line, first);
-    line += brackets[1];
-    AppendNumber(line, second);
-    line += brackets[2];
+void AppendMultiplexer(LineText& line, const CANSignal& signal) {
+    if (signal.multiplexKind == TABRIN_MULTIPLEX_MULTIPLEXOR) {
+        line.Append(" M");
+    } else if (signal.multiplexKind == TABRIN_MULTIPLEX_MULTIPLEXED) {
+        line.Append(" m").AppendNumber(signal.multiplexValue);
+    }
 }
 
-void AppendBits(std::string& line, const CANSignal& signal) {
-    AppendNumber(line, signal.startBit);
-    line += '|';
-    AppendNumber(line, signal.length);
-    line += '@';
-    line += signal.byteOrder != TABRIN_BYTE_ORDER_BIG_ENDIAN ? '1' : '0';
+void AppendBits(LineText& line, const CANSignal& signal) {
+    line.AppendNumber(signal.startBit).Append('|').AppendNumber(signal.length).Append('@');
+    line.Append(signal.byteOrder != TABRIN_BYTE_ORDER_BIG_ENDIAN ? '1' : '0');
     // Floats and doubles count as signed here.
-    line += signal.valueType != TABRIN_VALUE_UNSIGNED ? '-' : '+';
+    line.Append(signal.valueType != TABRIN_VALUE_UNSIGNED ? '-' : '+');
 }
 
 }  // namespace
@@ -192,32 +182,30 @@ bool CANSignal::ParseLine(std::string_view line) {
     }
     ParseUnit(*this, line, position);
     if (position < line.size()) {
-        receivers.Assign(line.substr(position));
+        receivers.Assign(GetArena(), line.substr(position));
     }
     invalid = false;
     return true;
 }
 
-std::string CANSignal::WriteDefinitionLine() const {
-    std::string line;
+void CANSignal::AppendDefinitionLine(LineText& line) const {
     if (invalid) {
-        return line;
+        return;
     }
-    line.reserve(kUsualLineLength + receivers.Joined().size());
-    line.append(" ").append(kSignalKeyword).append(" ").append(identifierName);
-    if (multiplexKind == TABRIN_MULTIPLEX_MULTIPLEXOR) {
-        line += " M";
-    } else if (multiplexKind == TABRIN_MULTIPLEX_MULTIPLEXED) {
-        line += " m";
-        AppendNumber(line, multiplexValue);
-    }
-    line += " : ";
+    line.Append(" SG_ ").Append(identifierName);
+    AppendMultiplexer(line, *this);
+    line.Append(" : ");
     AppendBits(line, *this);
-    AppendPair(line, "(,)", factor, offset);
-    AppendPair(line, "[|]", minimum, maximum);
-    line.append(" \"").append(unit).append("\" ");
-    line.append(receivers.IsEmpty() ? kDefaultNode : receivers.Joined());
-    return line;
+    line.Append(" (").AppendNumber(factor).Append(',').AppendNumber(offset);
+    line.Append(") [").AppendNumber(minimum).Append('|').AppendNumber(maximum);
+    line.Append("] \"").Append(unit).Append("\" ");
+    line.Append(receivers.IsEmpty() ? kDefaultNode : receivers.Joined());
+}
+
+std::string CANSignal::WriteDefinitionLine() const {
+    LineText line;
+    AppendDefinitionLine(line);
+    return std::string(line.View());
 }
 
 }  // namespace tabrin

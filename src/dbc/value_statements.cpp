@@ -104,38 +104,42 @@ bool CANSignal::ParseValueDescriptionLine(std::string_view line, uint32_t messag
     return true;
 }
 
-std::string CANSignal::WriteValueTypeLine(uint32_t messageId) const {
-    std::string line;
+void CANSignal::AppendValueTypeLine(LineText& line, uint32_t messageId) const {
     if (IsFloat()) {
-        line.append(kValueTypeKeyword).append(" ");
-        AppendNumber(line, messageId);
-        line.append(" ").append(identifierName).append(valueType == TABRIN_VALUE_FLOAT ? " : 1;" : " : 2;");
+        line.Append("SIG_VALTYPE_ ").AppendNumber(messageId).Append(' ').Append(identifierName);
+        line.Append(valueType == TABRIN_VALUE_FLOAT ? " : 1;" : " : 2;");
     }
-    return line;
+}
+
+std::string CANSignal::WriteValueTypeLine(uint32_t messageId) const {
+    LineText line;
+    AppendValueTypeLine(line, messageId);
+    return std::string(line.View());
 }
 
 // The descriptions of floats and doubles are kept and reported, but not written.
-std::string CANSignal::WriteValueDescriptionLine(uint32_t messageId) const {
-    std::string line;
+void CANSignal::AppendValueDescriptionLine(LineText& line, uint32_t messageId) const {
     if (!HasValueDescriptionLine(*this)) {
-        return line;
+        return;
     }
-    line.reserve(64 + 16 * valueDescriptions.Size());
-    line.append(kValueDescriptionKeyword).append(" ");
-    AppendNumber(line, messageId);
-    line.append(" ").append(identifierName);
+    line.Append("VAL_ ").AppendNumber(messageId).Append(' ').Append(identifierName);
     for (const auto& [value, text] : valueDescriptions.Entries()) {
-        line += ' ';
-        AppendNumber(line, value);
-        line.append(" \"").append(text).append("\"");
+        line.Append(' ').AppendNumber(value).Append(" \"").Append(text.View()).Append('"');
     }
-    return line.append(";");
+    line.Append(';');
+}
+
+std::string CANSignal::WriteValueDescriptionLine(uint32_t messageId) const {
+    LineText line;
+    AppendValueDescriptionLine(line, messageId);
+    return std::string(line.View());
 }
 
 void WriteValueDescriptionsSection(DbcFileStream& stream, const CANDatabase::Messages& messages) {
     ForEachSignal(messages, [&](const CANSignal& signal, uint32_t id) {
         if (HasValueDescriptionLine(signal)) {
-            stream.WriteLine(signal.WriteValueDescriptionLine(id));
+            signal.AppendValueDescriptionLine(stream.StartLine(), id);
+            stream.WriteLine();
         }
     });
 }
@@ -143,7 +147,8 @@ void WriteValueDescriptionsSection(DbcFileStream& stream, const CANDatabase::Mes
 void WriteValueTypesSection(DbcFileStream& stream, const CANDatabase::Messages& messages) {
     ForEachSignal(messages, [&](const CANSignal& signal, uint32_t id) {
         if (signal.IsFloat()) {
-            stream.WriteLine(signal.WriteValueTypeLine(id));
+            signal.AppendValueTypeLine(stream.StartLine(), id);
+            stream.WriteLine();
         }
     });
 }

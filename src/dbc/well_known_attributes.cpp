@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,24 +25,28 @@ Attribute MakeAttribute(std::string_view name, ObjectType objectType, ValueType 
     return attribute;
 }
 
-// The value of the database as a whole, else the default; nullptr when the attribute is not defined.
-const Attribute* FindGeneral(const AttributeStore& store, std::string_view name, ValueType valueType) {
+// The value of the database as a whole, else the default; none when the attribute is not defined.
+std::optional<Attribute> FindGeneral(const AttributeStore& store, std::string_view name, ValueType valueType) {
     const Attribute probe = MakeAttribute(name, ObjectType::General, valueType);
-    const Attribute* value = store.FindValue(probe, valueType);
-    return value != nullptr ? value : store.FindDefinition(probe, valueType);
+    std::optional<Attribute> value = store.FindValue(probe, valueType);
+    const Attribute* definition = store.FindDefinition(probe, valueType);
+    if (!value && definition != nullptr) {
+        value = *definition;
+    }
+    return value;
 }
 
 // A file without a bus type leaves the flag as it was before, also as the caller set it.
 void ApplyBusType(CANDatabase& database) {
-    const Attribute* value = FindGeneral(database.attributes, kBusType, ValueType::String);
-    if (value != nullptr) {
+    const std::optional<Attribute> value = FindGeneral(database.attributes, kBusType, ValueType::String);
+    if (value) {
         database.info.canFd = value->stringValue == kCanFd ? 1 : 0;
     }
 }
 
 void ApplyProtocol(CANDatabase& database, std::string_view name, uint32_t protocolType) {
-    const Attribute* value = FindGeneral(database.attributes, name, ValueType::Int);
-    if (value != nullptr && value->intValue == 1) {
+    const std::optional<Attribute> value = FindGeneral(database.attributes, name, ValueType::Int);
+    if (value && value->intValue == 1) {
         database.info.protocolType = protocolType;
     }
 }
@@ -53,6 +58,7 @@ struct ObjectAttribute {
     ValueType valueType;
     // Otherwise an object without a value of its own stays as it is.
     bool takesDefault;
+    uint32_t mark;  // in attributesSet of the object
     void (*set)(Object& object, const Attribute& attribute);
 };
 
@@ -73,14 +79,14 @@ void SetLongName(Object& object, const Attribute& attribute) {
 }
 
 constexpr ObjectAttribute<CANMessage> kMessageAttributes[] = {
-    {kMessageLongName, ValueType::String, false, SetLongName<CANMessage>},
-    {kMessageSendType, ValueType::Enum, true, SetSendType},
-    {kMessageCycleTime, ValueType::Int, true, SetNumber<CANMessage, &CANMessage::cycleTime>},
+    {kMessageLongName, ValueType::String, false, 1, SetLongName<CANMessage>},
+    {kMessageSendType, ValueType::Enum, true, 2, SetSendType},
+    {kMessageCycleTime, ValueType::Int, true, 4, SetNumber<CANMessage, &CANMessage::cycleTime>},
 };
 constexpr ObjectAttribute<CANSignal> kSignalAttributes[] = {
-    {kSignalLongName, ValueType::String, false, SetLongName<CANSignal>},
-    {kSignalStartValue, ValueType::Int, true, SetNumber<CANSignal, &CANSignal::startValue>},
-    {kSignalInactiveValue, ValueType::Int, true, SetNumber<CANSignal, &CANSignal::inactiveValue>},
+    {kSignalLongName, ValueType::String, false, 1, SetLongName<CANSignal>},
+    {kSignalStartValue, ValueType::Int, true, 2, SetNumber<CANSignal, &CANSignal::startValue>},
+    {kSignalInactiveValue, ValueType::Int, true, 4, SetNumber<CANSignal, &CANSignal::inactiveValue>},
 };
 
 template <typename Table>
@@ -122,13 +128,27 @@ void ApplyDefaults(CANDatabase& database) {
     });
 }
 
+// The first value stays: false for a later one of the same key. Such a one means the same objects, so that the first of
+// them tells for all.
+template <typename Object>
+bool SetOnce(Object& object, const ObjectAttribute<Object>& attribute, const Attribute& value) {
+    if ((object.attributesSet & attribute.mark) != 0) {
+        return false;
+    }
+    object.attributesSet |= attribute.mark;
+    attribute.set(object, value);
+    return true;
+}
+
 void ApplyMessageValue(CANDatabase& database, const Attribute& value) {
     const auto* attribute = FindIn(kMessageAttributes, value);
     if (attribute == std::end(kMessageAttributes)) {
         return;
     }
     for (const auto& message : database.FindMessages(value.objectId)) {
-        attribute->set(*message, value);
+        if (!SetOnce(*message, *attribute, value)) {
+            return;
+        }
     }
 }
 
@@ -139,18 +159,18 @@ void ApplySignalValue(CANDatabase& database, const Attribute& value) {
         return;
     }
     database.FindSignalNames(value.objectId).ForEachIdentified(value.signalName, [&](CANSignal& signal) {
-        attribute->set(signal, value);
+        return SetOnce(signal, *attribute, value);
     });
 }
 
 void ApplyValues(CANDatabase& database) {
-    for (const auto& value : database.attributes.Values()) {
-        if (value->objectType == ObjectType::Message) {
-            ApplyMessageValue(database, *value);
-        } else if (value->objectType == ObjectType::Signal) {
-            ApplySignalValue(database, *value);
+    database.attributes.ForEachValue([&](const Attribute& value) {
+        if (value.objectType == ObjectType::Message) {
+            ApplyMessageValue(database, value);
+        } else if (value.objectType == ObjectType::Signal) {
+            ApplySignalValue(database, value);
         }
-    }
+    });
 }
 
 // --- Writing
@@ -173,7 +193,7 @@ void AddDatabaseInfo(AttributeStore& store, const DatabaseInfo& info) {
 }
 
 // The definition is added with the first value: without one there is no definition either.
-void AddLongName(AttributeStore& store, Attribute value, const std::string& name) {
+void AddLongName(AttributeStore& store, Attribute value, std::string_view name) {
     store.AddDefinition(value);
     value.stringValue = name;
     store.AddValue(value);

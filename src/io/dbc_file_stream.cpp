@@ -1,5 +1,7 @@
 #include "io/dbc_file_stream.h"
 
+#include <string>
+
 #include "io/text_scan.h"
 #include "io/text_utf8.h"
 
@@ -11,13 +13,12 @@ constexpr uint32_t kLongestPathBuffer = 260;
 
 // Appends the text with its line feeds as CR LF, the line end of DBC files on every platform. A carriage return that is
 // there already stays, so that it is still there after reading the file back.
-void AppendWithLineEnds(std::string& out, std::string_view text) {
-    size_t start = 0;
-    for (size_t feed = text.find('\n'); feed != kNpos; feed = text.find('\n', start)) {
-        out.append(text, start, feed - start).append("\r\n");
-        start = feed + 1;
+void AppendWithLineEnds(LineText& out, std::string_view text) {
+    for (size_t feed = text.find('\n'); feed != kNpos; feed = text.find('\n')) {
+        out.Append(text.substr(0, feed)).Append("\r\n");
+        text.remove_prefix(feed + 1);
     }
-    out.append(text, start);
+    out.Append(text);
 }
 
 }  // namespace
@@ -64,14 +65,27 @@ bool DbcFileStream::ReadyToWrite() {
     return status_ == FileStatus::Writing;
 }
 
-void DbcFileStream::WriteLine(std::string_view line) {
+LineText& DbcFileStream::StartLine() {
+    line_.Clear();
+    return line_;
+}
+
+void DbcFileStream::WriteLine() {
     if (!ReadyToWrite()) {
         return;
     }
-    lineOut_.clear();
-    AppendWithLineEnds(lineOut_, line);
-    lineOut_ += "\r\n";
-    bad_ = !file_.Write(lineOut_);
+    LineText* line = &line_;
+    if (line_.View().find('\n') != kNpos) {
+        line = &lineWithEnds_;
+        line->Clear();
+        AppendWithLineEnds(*line, line_.View());
+    }
+    bad_ = !file_.Write(line->Append("\r\n").View());
+}
+
+void DbcFileStream::WriteLine(std::string_view line) {
+    StartLine().Append(line);
+    WriteLine();
 }
 
 void DbcFileStream::Close() {

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 #include "io/file.h"
 #include "io/line_buffer.h"
+#include "io/line_text.h"
 #include "io/statement_cutter.h"
 
 namespace tabrin {
@@ -39,8 +39,10 @@ public:
     [[nodiscard]] StatementKind Kind() const { return cutter_.Keyword().kind; }
     [[nodiscard]] uint32_t LineNumber() const { return cutter_.LinesRead(); }
 
-    // Writing: hands one line to the operating system. Nothing is written once a line has failed; that the last one has
-    // is noticed only here, one line later, or in closing.
+    // Writing: a line is composed in the text that StartLine hands out, and WriteLine hands it to the operating system.
+    // Nothing is written once a line has failed; that the last one has is noticed only here, one line later, or in closing.
+    LineText& StartLine();
+    void WriteLine();
     void WriteLine(std::string_view line);
     // What WriteLine does in front of each line: whether one may be written.
     bool ReadyToWrite();
@@ -56,7 +58,8 @@ private:
     bool bad_ = false;
     LineBuffer lines_{file_};
     StatementCutter cutter_{lines_};
-    std::string lineOut_;
+    LineText line_;
+    LineText lineWithEnds_;
 };
 
 }  // namespace tabrin

@@ -34,12 +34,14 @@ constexpr uint64_t Head(std::string_view text) {
     return head;
 }
 
-// All keywords, the shorter ones first, so that a token needs to be compared with those of its own length only, and for
-// most of them in one step.
+// All keywords, each in the slot that its hash says. The multiplier is one with which no two want the same slot.
 struct KeywordTable {
+    static constexpr uint8_t kEmpty = 0xFF;
+
     std::array<StatementKeyword, kNumKeywords> keywords{};
     std::array<uint64_t, kNumKeywords> heads{};
-    std::array<uint8_t, kLongestKeyword + 2> firstOfLength{};
+    std::array<uint8_t, 256> slots{};
+    uint64_t multiplier = 0x9E3779B97F4A7C15;
 
     constexpr KeywordTable() {
         size_t count = 0;
@@ -52,14 +54,28 @@ struct KeywordTable {
                 keywords[count++] = {symbol, Termination::NextKeyword, StatementKind::Other};
             }
         }
-        std::sort(keywords.begin(), keywords.end(),
-                  [](const StatementKeyword& a, const StatementKeyword& b) { return a.text.size() < b.text.size(); });
         std::transform(keywords.begin(), keywords.end(), heads.begin(),
                        [](const StatementKeyword& keyword) { return Head(keyword.text); });
-        for (size_t length = 0; length < firstOfLength.size(); ++length) {
-            const auto shorter = [length](const StatementKeyword& keyword) { return keyword.text.size() < length; };
-            firstOfLength[length] = static_cast<uint8_t>(std::count_if(keywords.begin(), keywords.end(), shorter));
+        while (!FillSlots()) {
+            multiplier += 2;
         }
+    }
+
+    [[nodiscard]] constexpr size_t SlotOf(uint64_t head, size_t length) const {
+        return static_cast<size_t>(((head + length) * multiplier) >> 56U);
+    }
+
+private:
+    constexpr bool FillSlots() {
+        slots.fill(kEmpty);
+        for (size_t i = 0; i < kNumKeywords; ++i) {
+            uint8_t& slot = slots[SlotOf(heads[i], keywords[i].text.size())];
+            if (slot != kEmpty) {
+                return false;
+            }
+            slot = static_cast<uint8_t>(i);
+        }
+        return true;
     }
 };
 
@@ -72,17 +88,14 @@ static_assert(std::all_of(kTable.keywords.begin(), kTable.keywords.end(), [](con
 }  // namespace
 
 const StatementKeyword* FindStatementKeyword(std::string_view token) {
-    if (token.size() > kLongestKeyword) {
+    const uint64_t head = Head(token);
+    const uint8_t index = kTable.slots[kTable.SlotOf(head, token.size())];
+    if (index == KeywordTable::kEmpty || kTable.heads[index] != head) {
         return nullptr;
     }
-    const uint64_t head = Head(token);
-    const size_t end = kTable.firstOfLength[token.size() + 1];
-    for (size_t i = kTable.firstOfLength[token.size()]; i < end; ++i) {
-        if (kTable.heads[i] == head && kTable.keywords[i].text == token) {
-            return &kTable.keywords[i];
-        }
-    }
-    return nullptr;
+    const StatementKeyword& keyword = kTable.keywords[index];
+    const bool isWhole = token.size() == keyword.text.size() && (token.size() <= sizeof head || keyword.text == token);
+    return isWhole ? &keyword : nullptr;
 }
 
 }  // namespace tabrin

@@ -19,21 +19,26 @@ bool IsControl(char c) {
     return (byte < 0x20 && !IsBlank(c)) || byte == 0x7F;
 }
 
-// Whether a block of eight characters may hold something else than printable ASCII. Taking away a blank brings up the high
-// bit of what is less than that, and adding 1 that of 0x7F.
-bool IsSuspicious(uint64_t block) {
-    return BytesBeyondAscii(block | (block - EveryByte(' ')) | (block + EveryByte(1))) != 0;
+// Whether a block holds something else than printable ASCII.
+bool IsSuspicious(const ByteBlock& block) {
+    return block.Between(' ', '~') != kEveryByte;
 }
 
 bool NeedsCleaning(const char* line, size_t size) {
-    for (; size >= sizeof(uint64_t); line += sizeof(uint64_t), size -= sizeof(uint64_t)) {
-        if (IsSuspicious(LoadBytes(line))) {
+    size_t done = 0;
+    for (; size - done >= ByteBlock::kSize; done += ByteBlock::kSize) {
+        if (IsSuspicious(ByteBlock(line + done))) {
             return true;
         }
     }
-    uint64_t rest = EveryByte(' ');
-    std::memcpy(&rest, line, size);
-    return IsSuspicious(rest);
+    if (size >= ByteBlock::kSize) {
+        // The last block overlaps the one before.
+        return IsSuspicious(ByteBlock(line + size - ByteBlock::kSize));
+    }
+    char rest[ByteBlock::kSize];
+    std::memset(rest, ' ', sizeof rest);
+    std::copy_n(line, size, rest);
+    return IsSuspicious(ByteBlock(rest));
 }
 
 }  // namespace

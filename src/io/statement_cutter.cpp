@@ -29,13 +29,11 @@ bool KeywordEndsAt(std::string_view text, size_t from, size_t blank, KeywordHit&
     return hit.keyword != nullptr;
 }
 
-// Marks the blanks behind a character that keywords end in, among the eight characters at `text`. With these bits set, the
-// three characters become one, and a dozen others with them, which do not often stand in front of a blank.
-uint64_t KeywordEnds(const char* text) {
-    constexpr unsigned char kUnifyingBits = 0x1D;
-    static_assert(('_' | kUnifyingBits) == '_' && ('N' | kUnifyingBits) == '_' && ('R' | kUnifyingBits) == '_');
-    const uint64_t ends = BytesEqual(LoadBytes(text - 1) | EveryByte(kUnifyingBits), '_');
-    return BytesUpTo(LoadBytes(text), ' ') & ends;
+// Marks the blanks that may have a keyword in front, among the characters of the block at `text`. Other tokens than
+// keywords seldom end in a character from "N" to "_", which lie in one range.
+uint32_t KeywordEnds(const char* text) {
+    static_assert(!MayEndKeyword('N' - 1) && MayEndKeyword('N') && MayEndKeyword('_') && !MayEndKeyword('_' + 1));
+    return ByteBlock(text).Between('\0', ' ') & ByteBlock(text - 1).Between('N', '_');
 }
 
 bool EndsInSemicolon(std::string_view text, size_t end) {
@@ -45,15 +43,26 @@ bool EndsInSemicolon(std::string_view text, size_t end) {
 
 }  // namespace
 
-// Looks for the ends of tokens, eight characters at a time: hardly any other token ends like a keyword does.
+// Looks for the ends of tokens, a block at a time: hardly any other token ends like a keyword does.
 bool FindKeyword(std::string_view text, size_t pos, KeywordHit& hit) {
-    size_t blank = pos + 1;
-    for (; blank + sizeof(uint64_t) <= text.size(); blank += sizeof(uint64_t)) {
-        for (uint64_t marks = KeywordEnds(text.data() + blank); marks != 0; marks &= marks - 1) {
-            if (KeywordEndsAt(text, pos, blank + FirstMarked(marks), hit)) {
+    const auto isAnyOf = [&](size_t block, uint32_t marks) {
+        for (; marks != 0; marks &= marks - 1) {
+            if (KeywordEndsAt(text, pos, block + FirstMarked(marks), hit)) {
                 return true;
             }
         }
+        return false;
+    };
+    size_t blank = pos + 1;
+    for (; blank + ByteBlock::kSize <= text.size(); blank += ByteBlock::kSize) {
+        if (isAnyOf(blank, KeywordEnds(text.data() + blank))) {
+            return true;
+        }
+    }
+    if (blank < text.size() && text.size() > ByteBlock::kSize) {
+        // The last block overlaps what has been looked at.
+        const size_t last = text.size() - ByteBlock::kSize;
+        return isAnyOf(blank, KeywordEnds(text.data() + last) >> (blank - last));
     }
     for (; blank < text.size(); ++blank) {
         if (KeywordEndsAt(text, pos, blank, hit)) {

@@ -1,11 +1,10 @@
 #include "io/text_number.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <system_error>
-
-#include "io/text_scan.h"
 
 namespace tabrin {
 
@@ -15,11 +14,12 @@ namespace {
 constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                    1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
+// As many digits as fit into 32 bits whatever they are.
+constexpr size_t kSafeDigits = 9;
+
 // Takes leading blanks and a sign off the text; the result is whether the sign was a minus.
 bool TakeSign(std::string_view& text) {
-    while (!text.empty() && IsBlank(text.front())) {
-        text.remove_prefix(1);
-    }
+    TakeBlanks(text);
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+')) {
         text.remove_prefix(1);
@@ -27,20 +27,8 @@ bool TakeSign(std::string_view& text) {
     return negative;
 }
 
-// Takes the digits at the front of the text. Too many of them wrap around.
-size_t TakeDigits(std::string_view& text, uint64_t& number) {
-    size_t count = 0;
-    while (count < text.size() && IsDigit(text[count])) {
-        number = number * 10 + static_cast<uint64_t>(text[count] - '0');
-        ++count;
-    }
-    text.remove_prefix(count);
-    return count;
-}
-
 template <typename Unsigned>
 bool ToMagnitude(std::string_view text, Unsigned& magnitude) {
-    constexpr size_t kSafeDigits = 9;
     std::string_view rest = text;
     uint64_t number = 0;
     const size_t count = TakeDigits(rest, number);
@@ -64,9 +52,9 @@ bool ToSigned(std::string_view text, Signed& value) {
     return true;
 }
 
-// Takes up to 15 digits with a point somewhere among them: the digits and the power of ten below them are exact doubles
-// then, and their quotient is the nearest double. Declines when anything but a blank follows.
-bool ToShortDecimal(std::string_view text, double& value) {
+// Takes up to 15 digits with a point somewhere among them off the text: the digits and the power of ten below them are
+// exact doubles then, and their quotient is the nearest double.
+bool TakeShortDecimal(std::string_view& text, double& value) {
     constexpr size_t kMostDigits = 15;
     uint64_t digits = 0;
     size_t count = TakeDigits(text, digits);
@@ -76,7 +64,7 @@ bool ToShortDecimal(std::string_view text, double& value) {
         decimals = TakeDigits(text, digits);
         count += decimals;
     }
-    if (count == 0 || count > kMostDigits || (!text.empty() && !IsBlank(text.front()))) {
+    if (count == 0 || count > kMostDigits) {
         return false;
     }
     value = static_cast<double>(digits);
@@ -84,6 +72,11 @@ bool ToShortDecimal(std::string_view text, double& value) {
         value /= kPowersOfTen[decimals];
     }
     return true;
+}
+
+// Declines when anything but a blank follows.
+bool ToShortDecimal(std::string_view text, double& value) {
+    return TakeShortDecimal(text, value) && (text.empty() || IsBlank(text.front()));
 }
 
 bool IsHexDigit(char c) {
@@ -100,20 +93,10 @@ bool HasHexMark(std::string_view text) {
 
 constexpr int kSignificantDigits = 10;
 
-// Enough for every number in the formats used here.
-constexpr size_t kLongestNumber = 32;
-
-template <typename Number, typename... Format>
-void AppendWith(std::string& text, Number value, Format... format) {
-    char buffer[kLongestNumber];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, format...);
-    text.append(buffer, result.ptr);
-}
-
 // Written from the last digit to the first; there is one in front of the point at least.
-void AppendDecimal(std::string& text, bool negative, uint64_t digits, int decimals) {
-    char buffer[kLongestNumber];
-    char* const end = buffer + sizeof buffer;
+char* FormatDecimal(char* buffer, bool negative, uint64_t digits, int decimals) {
+    char reversed[kLongestNumber];
+    char* const end = reversed + sizeof reversed;
     char* first = end;
     for (int place = 0; digits != 0 || place <= decimals; ++place) {
         if (place == decimals && decimals != 0) {
@@ -125,38 +108,60 @@ void AppendDecimal(std::string& text, bool negative, uint64_t digits, int decima
     if (negative) {
         *--first = '-';
     }
-    text.append(first, end);
+    return std::copy(first, end, buffer);
 }
 
 // Most numbers in files have few digits. Where one is the double nearest to a decimal of at most ten digits, that decimal
 // is what rounding to ten digits gives: a double is closer to it than any rounding boundary by orders of magnitude.
-bool AppendShortDecimal(std::string& text, double value) {
-    if (value == 0.0 && !std::signbit(value)) {
-        text += '0';
-        return true;
-    }
+// nullptr for other numbers.
+char* FormatShortDecimal(char* buffer, double value) {
+    constexpr uint64_t kTooLong = 10'000'000'000U;
     const double magnitude = std::fabs(value);
     if (!(magnitude >= 1e-4 && magnitude < 1e10)) {
-        return false;
+        return nullptr;
     }
     for (int decimals = 0; decimals < kSignificantDigits; ++decimals) {
         const double scaled = magnitude * kPowersOfTen[decimals];
         // The product may come out a little too small.
         const auto below = static_cast<uint64_t>(scaled);
         for (const uint64_t digits : {below, below + 1}) {
-            if (digits < 10'000'000'000U && static_cast<double>(digits) / kPowersOfTen[decimals] == magnitude) {
-                AppendDecimal(text, value < 0, digits, decimals);
-                return true;
+            if (digits < kTooLong && static_cast<double>(digits) / kPowersOfTen[decimals] == magnitude) {
+                return FormatDecimal(buffer, value < 0, digits, decimals);
             }
         }
-        if (below >= 10'000'000'000U) {
-            return false;
+        if (below >= kTooLong) {
+            break;
         }
     }
-    return false;
+    return nullptr;
 }
 
 }  // namespace
+
+bool U32UntilChar(std::string_view text, size_t pos, char delimiter, uint32_t& value, size_t& found) {
+    std::string_view rest = text.substr(std::min(pos, text.size()));
+    TakeBlanks(rest);
+    uint64_t number = 0;
+    const size_t count = TakeDigits(rest, number);
+    if (count != 0 && count <= kSafeDigits && rest.starts_with(delimiter)) {
+        value = static_cast<uint32_t>(number);
+        found = text.size() - rest.size();
+        return true;
+    }
+    return ToU32(TextUntilChar(text, pos, delimiter, found), value);
+}
+
+bool DoubleUntilChar(std::string_view text, size_t pos, char delimiter, double& value, size_t& found) {
+    std::string_view rest = text.substr(std::min(pos, text.size()));
+    const bool negative = TakeSign(rest);
+    double magnitude = 0.0;
+    if (TakeShortDecimal(rest, magnitude) && rest.starts_with(delimiter)) {
+        value = negative ? -magnitude : magnitude;
+        found = text.size() - rest.size();
+        return true;
+    }
+    return ToDouble(TextUntilChar(text, pos, delimiter, found), value);
+}
 
 bool ToU32(std::string_view text, uint32_t& value) {
     value = 0;
@@ -201,18 +206,26 @@ bool ToDouble(std::string_view text, double& value) {
     return true;
 }
 
-void AppendNumber(std::string& text, uint32_t value) {
-    AppendWith(text, value);
+char* FormatNumber(char* buffer, uint32_t value) {
+    return std::to_chars(buffer, buffer + kLongestNumber, value).ptr;
 }
 
-void AppendNumber(std::string& text, int32_t value) {
-    AppendWith(text, value);
+char* FormatNumber(char* buffer, int32_t value) {
+    return std::to_chars(buffer, buffer + kLongestNumber, value).ptr;
 }
 
-void AppendNumber(std::string& text, double value) {
-    if (!AppendShortDecimal(text, value)) {
-        AppendWith(text, value, std::chars_format::general, kSignificantDigits);
+char* FormatNumber(char* buffer, double value) {
+    // Whole numbers that are not large are the most frequent; a zero that is negative keeps its sign below.
+    if (std::fabs(value) < 1e9 && (value != 0.0 || !std::signbit(value))) {
+        const auto whole = static_cast<int32_t>(value);
+        if (whole == value) {
+            return FormatNumber(buffer, whole);
+        }
     }
+    if (char* const end = FormatShortDecimal(buffer, value); end != nullptr) {
+        return end;
+    }
+    return std::to_chars(buffer, buffer + kLongestNumber, value, std::chars_format::general, kSignificantDigits).ptr;
 }
 
 }  // namespace tabrin

@@ -1,12 +1,16 @@
 #include "io/text_scan.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "io/text_number.h"
 
 namespace tabrin {
 
 namespace {
+
+constexpr uint32_t kLargest = std::numeric_limits<uint32_t>::max();
+constexpr size_t kMostDigits = 10;  // that the largest has
 
 size_t FindBlank(std::string_view text, size_t pos) {
     while (pos < text.size() && !IsBlank(text[pos])) {
@@ -37,34 +41,21 @@ bool IsPlainNumber(std::string_view token, uint32_t value) {
 
 }  // namespace
 
-size_t FindLastNonBlank(std::string_view text, size_t pos) {
-    // One more than the position looked at, so that the search can end in front of the text.
-    size_t end = pos < text.size() ? pos + 1 : text.size();
-    while (end > 0 && IsBlank(text[end - 1])) {
-        --end;
-    }
-    return end > 0 ? end - 1 : kNpos;
-}
-
-bool KeywordAt(std::string_view text, std::string_view keyword, size_t pos, size_t& end) {
-    end = kNpos;
-    const size_t start = FindNonBlank(text, pos);
-    if (start == kNpos) {
-        return false;
-    }
-    end = start + keyword.size();
-    if (end >= text.size() || !IsBlank(text[end])) {
-        return false;
-    }
-    return text.compare(start, keyword.size(), keyword) == 0;
-}
-
 bool UnsignedToken(std::string_view text, size_t pos, uint32_t& value, size_t& end) {
     value = 0;
     end = kNpos;
     const size_t start = FindNonBlank(text, pos);
     if (start == kNpos) {
         return false;
+    }
+    // Most tokens are nothing but digits, and not too many of them.
+    std::string_view rest = text.substr(start);
+    uint64_t digits = 0;
+    const size_t count = TakeDigits(rest, digits);
+    if (count != 0 && count <= kMostDigits && digits <= kLargest && !rest.empty() && IsBlank(rest.front())) {
+        value = static_cast<uint32_t>(digits);
+        end = start + count;
+        return true;
     }
     const size_t blank = FindBlank(text, start);
     if (blank == kNpos) {
@@ -90,14 +81,6 @@ std::string_view TrimmedBetween(std::string_view text, size_t pos, size_t last) 
     }
     const size_t end = FindLastNonBlank(text, last);
     return text.substr(first, end - first + 1);
-}
-
-std::string_view Trimmed(std::string_view text) {
-    const size_t first = FindNonBlank(text, 0);
-    if (first == kNpos) {
-        return {};
-    }
-    return text.substr(first, FindLastNonBlank(text, kNpos) - first + 1);
 }
 
 void NormaliseBlanks(std::string& text) {

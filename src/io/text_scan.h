@@ -22,10 +22,43 @@ constexpr bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
+// The first position at or after `pos` that is no blank, and the last at or before it.
+inline size_t FindNonBlank(std::string_view text, size_t pos) {
+    while (pos < text.size() && IsBlank(text[pos])) {
+        ++pos;
+    }
+    return pos < text.size() ? pos : kNpos;
+}
+inline size_t FindLastNonBlank(std::string_view text, size_t pos) {
+    // One more than the position looked at, so that the search can end in front of the text.
+    size_t end = pos < text.size() ? pos + 1 : text.size();
+    while (end > 0 && IsBlank(text[end - 1])) {
+        --end;
+    }
+    return end > 0 ? end - 1 : kNpos;
+}
+
+inline void TakeBlanks(std::string_view& text) {
+    while (!text.empty() && IsBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+}
+
 // Whether `keyword` is the first token at or after `pos`. It must be followed by a blank inside the same text, so a
 // keyword at the very end, or with ":" directly behind it, is none. `end` is where the keyword would end, whether or not
 // it is there; kNpos when there is no token at all.
-bool KeywordAt(std::string_view text, std::string_view keyword, size_t pos, size_t& end);
+inline bool KeywordAt(std::string_view text, std::string_view keyword, size_t pos, size_t& end) {
+    end = kNpos;
+    const size_t start = FindNonBlank(text, pos);
+    if (start == kNpos) {
+        return false;
+    }
+    end = start + keyword.size();
+    if (end >= text.size() || !IsBlank(text[end])) {
+        return false;
+    }
+    return text.compare(start, keyword.size(), keyword) == 0;
+}
 
 // Reads the first token at or after `pos` as an unsigned number. It must be followed by a blank. On success `end` is the
 // index of that blank; on failure `value` is 0 and `end` kNpos.
@@ -43,16 +76,13 @@ inline std::string_view TextUntilChar(std::string_view text, size_t pos, char de
 std::string_view TrimmedBetween(std::string_view text, size_t pos, size_t last);
 
 // The whole text without the blanks at both ends; here a single character is kept.
-std::string_view Trimmed(std::string_view text);
-
-// The first position at or after `pos` that is no blank, and the last at or before it.
-inline size_t FindNonBlank(std::string_view text, size_t pos) {
-    while (pos < text.size() && IsBlank(text[pos])) {
-        ++pos;
+inline std::string_view Trimmed(std::string_view text) {
+    const size_t first = FindNonBlank(text, 0);
+    if (first == kNpos) {
+        return {};
     }
-    return pos < text.size() ? pos : kNpos;
+    return text.substr(first, FindLastNonBlank(text, kNpos) - first + 1);
 }
-size_t FindLastNonBlank(std::string_view text, size_t pos);
 
 // Turns the blanks that would break a line or a column into spaces, in place.
 void NormaliseBlanks(std::string& text);

@@ -13,15 +13,11 @@ namespace tabrin {
 
 namespace {
 
-bool IsAscii(char c) {
-    return static_cast<unsigned char>(c) < 0x80;
-}
-
 size_t SkipAscii(std::string_view text, size_t pos) {
-    while (text.size() - pos >= sizeof(uint64_t) && BytesBeyondAscii(LoadBytes(text.data() + pos)) == 0) {
-        pos += sizeof(uint64_t);
+    while (text.size() - pos >= ByteBlock::kSize && ByteBlock(text.data() + pos).BeyondAscii() == 0) {
+        pos += ByteBlock::kSize;
     }
-    while (pos < text.size() && IsAscii(text[pos])) {
+    while (pos < text.size() && static_cast<unsigned char>(text[pos]) < 0x80) {
         ++pos;
     }
     return pos;
@@ -52,6 +48,10 @@ bool BackOff(std::string_view text, size_t firstInvalid, size_t& length) {
 }
 
 }  // namespace
+
+bool IsAscii(std::string_view text) {
+    return SkipAscii(text, 0) == text.size();
+}
 
 size_t FirstInvalidUtf8(std::string_view text) {
     size_t pos = SkipAscii(text, 0);

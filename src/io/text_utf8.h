@@ -7,6 +7,8 @@
 
 namespace tabrin {
 
+bool IsAscii(std::string_view text);
+
 // The index of the first byte that does not begin a valid UTF-8 sequence, the size of the text when all do.
 size_t FirstInvalidUtf8(std::string_view text);
 

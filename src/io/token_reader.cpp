@@ -13,21 +13,24 @@ bool TokenReader::Next(std::string_view& token) {
         return false;
     }
     token = text_.substr(start, end - start);
-    if (token.front() == '"' && token.rfind('"') != token.size() - 1) {
+    if (token.front() == '"' && token.back() != '"') {
         token = RunToClosingQuote(start, end);
     }
     return true;
 }
 
 bool TokenReader::NextPiece(size_t& start, size_t& end) {
-    while (position_ < text_.size() && delimiters_.Has(text_[position_])) {
-        ++position_;
+    const std::string_view text = text_;
+    const CharSet& delimiters = delimiters_;
+    size_t position = position_;
+    while (position < text.size() && delimiters.Has(text[position])) {
+        ++position;
     }
-    start = position_;
-    while (position_ < text_.size() && !delimiters_.Has(text_[position_])) {
-        ++position_;
+    start = position;
+    while (position < text.size() && !delimiters.Has(text[position])) {
+        ++position;
     }
-    end = position_;
+    end = position_ = position;
     return start != end;
 }
 
@@ -63,6 +66,12 @@ std::vector<std::string> SplitTokens(std::string_view text, std::string_view del
 }
 
 TokenKind ClassifyToken(std::string_view token) {
+    constexpr size_t kSurelyInRange = 18;
+    uint64_t digits = 0;
+    std::string_view rest = token;
+    if (TakeDigits(rest, digits) != 0 && rest.empty() && token.size() <= kSurelyInRange) {
+        return TokenKind::Number;
+    }
     if (!Unquoted(token).empty()) {
         return TokenKind::Quoted;
     }
@@ -83,6 +92,9 @@ std::vector<TokenKind> ClassifyTokens(const std::vector<std::string>& tokens) {
 }
 
 std::string_view Unquoted(std::string_view token) {
+    if (token.size() > 1 && token.front() == '"' && token.back() == '"') {
+        return token.substr(1, token.size() - 2);
+    }
     const size_t first = token.find('"');
     const size_t last = token.rfind('"');
     if (first == kNpos || last == first) {

@@ -17,13 +17,14 @@ enum class AttributeObjectType : uint32_t { General = 0, Message = 1, Signal = 2
 enum class AttributeValueType : uint32_t { Unsupported = 0, Int = 1, Enum = 2, String = 3 };
 
 // A definition with its default, or a value. A value is a copy of its definition with the object and the value filled in.
+// The texts are views: those of an attribute in a store live as long as it does.
 struct Attribute {
     using EnumValues = std::vector<std::string>;
 
-    std::string name;
+    std::string_view name;
     AttributeObjectType objectType = AttributeObjectType::General;
-    uint32_t objectId = 0;   // message identifier, for Message and Signal
-    std::string signalName;  // for Signal
+    uint32_t objectId = 0;        // message identifier, for Message and Signal
+    std::string_view signalName;  // for Signal
     AttributeValueType valueType = AttributeValueType::Int;
     int32_t intValue = 0;
     int32_t minimum = std::numeric_limits<int32_t>::min();
@@ -31,7 +32,7 @@ struct Attribute {
     int32_t enumIndex = 0;
     // Never changed once made, so that the values of an attribute share the list of their definition. nullptr: empty.
     std::shared_ptr<const EnumValues> enumValues;
-    std::string stringValue;
+    std::string_view stringValue;
 
     [[nodiscard]] const EnumValues& EnumList() const;
     // The name of the enumeration value at enumIndex; nullptr when the index is outside the list.
@@ -40,7 +41,7 @@ struct Attribute {
 
 // Sets the value of an attribute from one token of a statement: a number within the range, an index or a quoted name from
 // the list, a quoted text. False, with the attribute unchanged, when the token does not fit. Text behind a number is
-// ignored; a token without quotes sets an empty string.
+// ignored; a token without quotes sets an empty string. A text stays a view into the token.
 bool SetValueFromText(Attribute& attribute, std::string_view text);
 
 }  // namespace tabrin

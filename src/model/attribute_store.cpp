@@ -1,11 +1,17 @@
 #include "model/attribute_store.h"
 
 #include <algorithm>
+#include <set>
+#include <tuple>
 #include <utility>
 
 namespace tabrin {
 
 namespace {
+
+auto KeyOf(const Attribute& value) {
+    return std::tie(value.objectId, value.signalName, value.name, value.objectType, value.valueType);
+}
 
 bool IsOfKind(const Attribute& attribute, const Attribute& probe, AttributeValueType valueType) {
     return attribute.valueType == valueType && attribute.objectType == probe.objectType && attribute.name == probe.name;
@@ -32,16 +38,6 @@ bool IsFoundBefore(const Attribute& a, const Attribute& b) {
 
 }  // namespace
 
-size_t AttributeStore::ValueHash::operator()(const Attribute* value) const {
-    // The rest of the key says little: a signal has a handful of attributes at most.
-    return std::hash<std::string>()(value->signalName) ^ (value->objectId * size_t{0x9E3779B97F4A7C15}) ^
-           value->name.size();
-}
-
-bool AttributeStore::SameKey::operator()(const Attribute* a, const Attribute* b) const {
-    return a->objectId == b->objectId && IsOfKind(*a, *b, b->valueType) && a->signalName == b->signalName;
-}
-
 void AttributeStore::Clear(std::span<const std::string_view> nameFilter) {
     Clear();
     nameFilter_ = nameFilter;
@@ -50,8 +46,9 @@ void AttributeStore::Clear(std::span<const std::string_view> nameFilter) {
 // Fresh containers, not emptied ones, so that the memory of a large file goes back.
 void AttributeStore::Clear() {
     definitions_ = Sequence();
-    valueIndex_ = ValueIndex();
-    values_ = Sequence();
+    values_ = std::vector<Value>();
+    unbound_ = Sequence();
+    arena_.Clear();
 }
 
 bool AttributeStore::IsNameRejected(std::string_view name) const {
@@ -67,11 +64,15 @@ const Attribute* AttributeStore::FindDefinition(const Attribute& probe, Attribut
     return nullptr;
 }
 
-const Attribute* AttributeStore::FindValue(const Attribute& probe, AttributeValueType valueType) const {
-    Attribute key = probe;
-    key.valueType = valueType;
-    const auto found = valueIndex_.find(&key);
-    return found != valueIndex_.end() ? *found : nullptr;
+// Seldom asked for: what applies values to objects walks them all.
+std::optional<Attribute> AttributeStore::FindValue(const Attribute& probe, AttributeValueType valueType) const {
+    for (const Value& value : values_) {
+        if (value.objectId == probe.objectId && value.signalName == probe.signalName &&
+            IsOfKind(*value.definition, probe, valueType)) {
+            return Whole(value);
+        }
+    }
+    return std::nullopt;
 }
 
 const Attribute* AttributeStore::FindDefinitionForValue(std::string_view name) const {
@@ -86,27 +87,65 @@ const Attribute* AttributeStore::FindDefinitionForValue(std::string_view name) c
 
 void AttributeStore::AddDefinition(const Attribute& attribute) {
     if (FindDefinition(attribute, attribute.valueType) == nullptr) {
-        definitions_.push_back(std::make_shared<Attribute>(attribute));
+        definitions_.push_back(Kept(attribute));
     }
 }
 
 void AttributeStore::AddValue(const Attribute& attribute) {
-    AddValue(std::make_shared<Attribute>(attribute));
+    unbound_.push_back(Kept(attribute));
+    AddValue(attribute, *unbound_.back());
 }
 
-// Kept first, so that the index never knows a value that is not kept.
-void AttributeStore::AddValue(std::shared_ptr<Attribute> attribute) {
-    values_.push_back(std::move(attribute));
-    if (!valueIndex_.insert(values_.back().get()).second) {
-        values_.pop_back();
+// One that is to be dropped stays behind the first of its key, which everybody finds before.
+void AttributeStore::AddValue(const Attribute& attribute, const Attribute& definition) {
+    const int32_t number = attribute.valueType == AttributeValueType::Enum ? attribute.enumIndex : attribute.intValue;
+    values_.push_back({&definition, attribute.objectId, number, arena_.Keep(attribute.signalName),
+                       arena_.Keep(attribute.stringValue)});
+}
+
+std::vector<Attribute> AttributeStore::Values() const {
+    std::vector<Attribute> values;
+    std::set<decltype(KeyOf(values.front()))> keys;
+    values.reserve(values_.size());
+    for (const Value& value : values_) {
+        values.push_back(Whole(value));
+        if (!keys.insert(KeyOf(values.back())).second) {
+            values.pop_back();
+        }
     }
+    return values;
+}
+
+Attribute AttributeStore::Whole(const Value& value) {
+    Attribute attribute = *value.definition;
+    attribute.objectId = value.objectId;
+    attribute.signalName = value.signalName;
+    attribute.stringValue = value.stringValue;
+    const bool isEnum = attribute.valueType == AttributeValueType::Enum;
+    attribute.enumIndex = isEnum ? value.number : 0;
+    attribute.intValue = isEnum ? 0 : value.number;
+    return attribute;
+}
+
+// A copy with texts of its own.
+std::shared_ptr<Attribute> AttributeStore::Kept(const Attribute& attribute) {
+    auto kept = std::allocate_shared<Attribute>(ArenaAllocator<Attribute>(arena_), attribute);
+    kept->name = arena_.Keep(attribute.name);
+    kept->signalName = arena_.Keep(attribute.signalName);
+    kept->stringValue = arena_.Keep(attribute.stringValue);
+    return kept;
 }
 
 void AttributeStore::SetDefaults(std::string_view name, std::string_view text) {
+    bool isKept = false;
     for (const std::shared_ptr<Attribute>& definition : definitions_) {
-        if (definition->name == name) {
-            SetValueFromText(*definition, text);
+        if (definition->name != name) {
+            continue;
         }
+        if (!std::exchange(isKept, true)) {
+            text = arena_.Keep(text);
+        }
+        SetValueFromText(*definition, text);
     }
 }
 

@@ -1,13 +1,14 @@
 // The working store of attributes: filled while a file is read or prepared for writing, empty otherwise.
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
-#include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
+#include "model/arena.h"
 #include "model/attribute.h"
 
 namespace tabrin {
@@ -24,9 +25,9 @@ public:
 
     [[nodiscard]] bool IsNameRejected(std::string_view name) const;
 
-    // Look up by the name and the object of the probe, whose own value type is ignored. nullptr when there is none.
+    // Look up by the name and the object of the probe, whose own value type is ignored.
     [[nodiscard]] const Attribute* FindDefinition(const Attribute& probe, AttributeValueType valueType) const;
-    [[nodiscard]] const Attribute* FindValue(const Attribute& probe, AttributeValueType valueType) const;
+    [[nodiscard]] std::optional<Attribute> FindValue(const Attribute& probe, AttributeValueType valueType) const;
 
     // The definition that a value of this name binds to. The network comes first: where a name is defined for the network
     // and for messages too, its values bind to the network definition, which their statements then do not fit. Within an
@@ -37,7 +38,8 @@ public:
     // object: for a definition its type, for a value also the message and the signal.
     void AddDefinition(const Attribute& attribute);
     void AddValue(const Attribute& attribute);
-    void AddValue(std::shared_ptr<Attribute> attribute);
+    // The same for a value that was made from this definition of the store.
+    void AddValue(const Attribute& attribute, const Attribute& definition);
 
     // Sets the default of every definition of that name, whatever its object and value type. One that the text does not
     // fit keeps its default.
@@ -45,23 +47,35 @@ public:
 
     // In the order in which they were added.
     [[nodiscard]] const Sequence& Definitions() const { return definitions_; }
-    [[nodiscard]] const Sequence& Values() const { return values_; }
+    [[nodiscard]] std::vector<Attribute> Values() const;
+
+    // Calls `use` with the values in that order, and with those to be dropped too: the first of a key comes first.
+    template <typename Use>
+    void ForEachValue(Use use) const {
+        for (const Value& value : values_) {
+            use(Whole(value));
+        }
+    }
 
 private:
-    struct ValueHash {
-        size_t operator()(const Attribute* value) const;
-    };
-    struct SameKey {
-        bool operator()(const Attribute* a, const Attribute* b) const;
+    // What a value has for itself. A file holds many more of them than of anything else here.
+    struct Value {
+        const Attribute* definition;
+        uint32_t objectId;
+        int32_t number;  // the value of an Int, the index of an Enum
+        std::string_view signalName;
+        std::string_view stringValue;
     };
 
-    using ValueIndex = std::unordered_set<const Attribute*, ValueHash, SameKey>;
+    static Attribute Whole(const Value& value);
+    std::shared_ptr<Attribute> Kept(const Attribute& attribute);
 
+    Arena arena_;  // of the attributes and their texts
     // Few, since in reading only known names are accepted (nine, of three object and three value types each) and in writing
     // there are four: looked through from the front.
     Sequence definitions_;
-    Sequence values_;
-    ValueIndex valueIndex_;
+    Sequence unbound_;  // serve as definitions of values that were not made from one
+    std::vector<Value> values_;
     std::span<const std::string_view> nameFilter_;
 };
 

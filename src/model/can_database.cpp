@@ -1,6 +1,7 @@
 #include "model/can_database.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "io/text_utf8.h"
@@ -12,22 +13,27 @@ void CANDatabase::Clear() {
     info.protocolType = TABRIN_PROTOCOL_NONE;
     // Fresh ones, not emptied ones, so that the memory of a large database goes back.
     messages = Messages();
+    arena.Clear();
     errors = std::vector<CanErrorData>();
     attributes.Clear(kWellKnownAttributes);
 }
 
 bool CANDatabase::AppendMessage(const CanMessageData* record) {
-    auto message = std::make_shared<CANMessage>();
+    ArenaScope scope(arena);
+    auto message = MakeInArena<CANMessage>(arena);
     if (!message->SetFromRecord(record)) {
         return false;
     }
     messages.push_back(std::move(message));
+    scope.Keep();
     return true;
 }
 
 void CANDatabase::AddParsedMessage(std::shared_ptr<CANMessage> message) {
     messages.push_back(message);
-    identifierIndex[message->id].messages.push_back(std::move(message));
+    // Identifiers often ascend, so that each goes in front of the one before.
+    lastFound_ = identifierIndex.try_emplace(lastFound_, message->id);
+    lastFound_->second.messages.push_back(std::move(message));
 }
 
 // The text of an error loses the last character of its statement, which is a line end as a rule.
@@ -61,11 +67,28 @@ const SignalNameIndex& CANDatabase::FindSignalNames(uint32_t id) {
 }
 
 CANDatabase::Namesakes& CANDatabase::FindNamesakes(uint32_t id) {
-    static Namesakes none;
-    if (lastFound_ == identifierIndex.end() || lastFound_->first != id) {
-        lastFound_ = identifierIndex.find(id);
+    if (!IsAt(lastFound_, id)) {
+        lastFound_ = FindNear(lastFound_, id);
     }
+    static Namesakes none;
     return lastFound_ != identifierIndex.end() ? lastFound_->second : none;
+}
+
+// The statements of a section usually take the messages in their order, up or down.
+CANDatabase::IdentifierIndex::iterator CANDatabase::FindNear(IdentifierIndex::iterator place, uint32_t id) {
+    if (place != identifierIndex.end()) {
+        if (const auto below = std::next(place); IsAt(below, id)) {
+            return below;
+        }
+        if (place != identifierIndex.begin() && IsAt(std::prev(place), id)) {
+            return std::prev(place);
+        }
+    }
+    return identifierIndex.find(id);
+}
+
+bool CANDatabase::IsAt(IdentifierIndex::iterator place, uint32_t id) const {
+    return place != identifierIndex.end() && place->first == id;
 }
 
 void CANDatabase::EndReading() {

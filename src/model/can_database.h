@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "model/arena.h"
 #include "model/attribute_store.h"
 #include "model/can_message.h"
 #include "model/signal_name_index.h"
@@ -76,6 +77,8 @@ public:
     };
     using IdentifierIndex = std::map<uint32_t, Namesakes, std::greater<>>;
 
+    // Holds the messages, the signals and their texts.
+    Arena arena;
     DatabaseInfo info{};
     IdentifierIndex identifierIndex;
     Messages messages;
@@ -84,6 +87,8 @@ public:
 
 private:
     Namesakes& FindNamesakes(uint32_t id);
+    IdentifierIndex::iterator FindNear(IdentifierIndex::iterator place, uint32_t id);
+    [[nodiscard]] bool IsAt(IdentifierIndex::iterator place, uint32_t id) const;
 
     // Statements about one identifier come one after the other.
     IdentifierIndex::iterator lastFound_ = identifierIndex.end();

@@ -4,8 +4,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "io/identifier.h"
-#include "io/text_scan.h"
+#include "io/quick_key.h"
 #include "model/comment_text.h"
 #include "model/object_name.h"
 #include "model/record_text.h"
@@ -43,15 +42,15 @@ private:
     std::unordered_map<std::string, std::vector<size_t>> groups_;
 };
 
-// Hardly any message has two signals of one name.
-bool AreNamesUnique(const std::vector<std::shared_ptr<CANSignal>>& signals) {
-    std::vector<std::string_view> names;
-    names.reserve(signals.size());
+// Hardly any message has two signals of one name. False also for some that have not.
+bool AreNamesSurelyUnique(const std::vector<std::shared_ptr<CANSignal>>& signals) {
+    std::vector<uint64_t> keys;
+    keys.reserve(signals.size());
     for (const auto& signal : signals) {
-        names.push_back(signal->UnsuffixedName());
+        keys.push_back(QuickKey(signal->UnsuffixedName()));
     }
-    std::sort(names.begin(), names.end());
-    return std::adjacent_find(names.begin(), names.end()) == names.end();
+    std::sort(keys.begin(), keys.end());
+    return std::adjacent_find(keys.begin(), keys.end()) == keys.end();
 }
 
 }  // namespace
@@ -59,33 +58,45 @@ bool AreNamesUnique(const std::vector<std::shared_ptr<CANSignal>>& signals) {
 void CANMessage::Reset() {
     invalid = true;
     id = 0;
-    for (std::string* text : {&name, &identifierName, &transmitter, &sendType, &comment, &nameAsRead}) {
-        text->clear();
-    }
+    name = identifierName = transmitter = sendType = nameAsRead = {};
+    comment.Clear();
     cycleTime = 0;
-    dlc = 0;
+    dlc = attributesSet = 0;
     signals.clear();
 }
 
-void CANMessage::AddSignal(std::shared_ptr<CANSignal> signal) {
-    if (signals.size() < kMostSignals) {
-        signals.push_back(std::move(signal));
+bool CANMessage::AddSignal(std::shared_ptr<CANSignal> signal) {
+    if (signals.size() >= kMostSignals) {
+        return false;
     }
+    signals.push_back(std::move(signal));
+    return true;
+}
+
+bool CANMessage::AppendSignal(const CanSignalData* record) {
+    ArenaScope scope(*arena_);
+    auto signal = MakeInArena<CANSignal>(*arena_);
+    if (!signal->SetFromRecord(record)) {
+        return false;
+    }
+    if (AddSignal(std::move(signal))) {
+        scope.Keep();
+    }
+    return true;
 }
 
 bool CANMessage::SetFromRecord(const CanMessageData* record) {
     Reset();
-    std::string text;
-    if (record == nullptr || !TakeField(text, record->name)) {
+    std::string givenName;
+    std::string givenTransmitter;
+    std::string givenComment;
+    if (record == nullptr || !TakeField(givenName, record->name) || !TakeField(givenTransmitter, record->transmitter) ||
+        !SetCommentFromBuffer(givenComment, record->comment)) {
         return false;
     }
-    SetName(text, name, identifierName);
-    const bool taken = TakeField(text, record->transmitter) && SetCommentFromBuffer(comment, record->comment);
-    if (!taken) {
-        Reset();
-        return false;
-    }
-    transmitter = MakeIdentifier(text);
+    SetName(*arena_, arena_->Keep(givenName), name, identifierName);
+    transmitter = KeepIdentifier(*arena_, givenTransmitter);
+    comment.Append(*arena_, givenComment);
     id = record->id;
     dlc = record->dlc;
     invalid = false;
@@ -97,7 +108,7 @@ bool CANMessage::GetData(CanMessageData* record) const {
         return false;
     }
     if (!FillField(record->identifierName, identifierName) || !FillField(record->name, name) ||
-        !FillField(record->transmitter, transmitter) || !FillField(record->comment, comment)) {
+        !FillField(record->transmitter, transmitter) || !FillField(record->comment, comment.View())) {
         return false;
     }
     record->id = id;
@@ -113,7 +124,7 @@ bool CANMessage::GetData(CanMessageData* record) const {
 // A signal that was handled for an earlier name is not taken as a starting point again, but it is compared with the
 // signals in front of it, and is numbered anew where it now has their name.
 bool CANMessage::PrepareForWriting() {
-    if (AreNamesUnique(signals)) {
+    if (AreNamesSurelyUnique(signals)) {
         return false;
     }
     NameGroups groups(signals);
@@ -141,12 +152,15 @@ bool CANMessage::PrepareForWriting() {
 }
 
 void CANMessage::SetLongName(std::string_view text) {
-    name = text;
-    NormaliseBlanks(name);
+    name = KeepNormalised(*arena_, text);
 }
 
 void CANMessage::SetSendType(std::string_view text) {
-    sendType = MakeIdentifier(text);
+    sendType = KeepIdentifier(*arena_, text);
+}
+
+void CANMessage::AppendComment(std::string_view text) {
+    AppendEscaped(*arena_, comment, text);
 }
 
 }  // namespace tabrin

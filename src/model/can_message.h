@@ -8,16 +8,19 @@
 #include <string_view>
 #include <vector>
 
+#include "io/line_text.h"
+#include "model/arena.h"
 #include "model/can_signal.h"
 #include "tabrin.h"
 
 namespace tabrin {
 
+// Its texts are views into the arena that it is made for, which must outlive it.
 class CANMessage {
 public:
     static constexpr size_t kMostSignals = 10000;
 
-    CANMessage() = default;
+    explicit CANMessage(Arena& arena) : arena_(&arena) {}
     virtual ~CANMessage() = default;
     CANMessage(const CANMessage&) = delete;
     CANMessage& operator=(const CANMessage&) = delete;
@@ -29,12 +32,17 @@ public:
 
     // The BO_ statement. Parsing resets first; a failure leaves its code in parseErrors.
     bool ParseLine(std::string_view line);
+    void AppendDefinitionLine(LineText& line) const;
     [[nodiscard]] std::string WriteDefinitionLine() const;
     // The CM_ statement of the message itself; empty without a comment.
+    void AppendCommentLine(LineText& line) const;
     [[nodiscard]] std::string WriteCommentLine() const;
 
-    // Signals beyond the limit are dropped without a word.
-    void AddSignal(std::shared_ptr<CANSignal> signal);
+    // Signals beyond the limit are dropped without a word; false for such a one.
+    bool AddSignal(std::shared_ptr<CANSignal> signal);
+
+    // Adds a signal from the caller's record; one beyond the limit is checked and dropped.
+    bool AppendSignal(const CanSignalData* record);
 
     // The records of the interface. Both fail on a null record.
     bool SetFromRecord(const CanMessageData* record);
@@ -49,19 +57,26 @@ public:
     // A name given later changes the long name only: files refer to the identifier form.
     void SetLongName(std::string_view text);
     void SetSendType(std::string_view text);
+    void AppendComment(std::string_view text);
+
+    [[nodiscard]] Arena& GetArena() const { return *arena_; }
 
     bool invalid = true;
     uint32_t id = 0;  // as written in the file; bit 31 has no meaning here
-    std::string name;
-    std::string identifierName;
-    std::string transmitter;  // empty: none
-    std::string sendType;
+    std::string_view name;
+    std::string_view identifierName;
+    std::string_view transmitter;  // empty: none
+    std::string_view sendType;
     uint32_t cycleTime = 0;
-    std::string comment;  // escaped, see comment_text.h
+    GrowingText comment;  // escaped, see comment_text.h
     uint32_t dlc = 0;
     std::vector<std::shared_ptr<CANSignal>> signals;
-    std::string nameAsRead;
+    std::string_view nameAsRead;
+    uint32_t attributesSet = 0;  // the attributes that have found a value in reading
     std::vector<uint32_t> parseErrors;
+
+private:
+    Arena* arena_;
 };
 
 }  // namespace tabrin

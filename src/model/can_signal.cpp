@@ -1,5 +1,6 @@
 #include "model/can_signal.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "io/identifier.h"
@@ -13,22 +14,20 @@ namespace tabrin {
 
 namespace {
 
-constexpr size_t kSuffixLength = 5;
 constexpr uint32_t kMostSuffixes = 10000;
 
 std::string UniqueSuffix(uint32_t index) {
     std::string suffix = "_0000";
     const std::string digits = std::to_string(index);
-    return suffix.replace(kSuffixLength - digits.size(), digits.size(), digits);
+    return suffix.replace(CANSignal::kSuffixLength - digits.size(), digits.size(), digits);
 }
 
 }  // namespace
 
 void CANSignal::Reset() {
     invalid = true;
-    for (std::string* text : {&identifierName, &name, &unit, &unitAsWritten, &comment, &nameAsRead}) {
-        text->clear();
-    }
+    identifierName = name = unit = unitAsWritten = nameAsRead = {};
+    comment.Clear();
     multiplexKind = TABRIN_MULTIPLEX_NONE;
     multiplexValue = startBit = length = 0;
     byteOrder = TABRIN_BYTE_ORDER_LITTLE_ENDIAN;
@@ -36,7 +35,7 @@ void CANSignal::Reset() {
     factor = offset = minimum = maximum = 0.0;
     receivers.Clear();
     valueDescriptions.Clear();
-    startValue = inactiveValue = 0;
+    startValue = inactiveValue = attributesSet = 0;
     suffixApplied = false;
 }
 
@@ -71,20 +70,19 @@ bool CANSignal::SetFromRecord(const CanSignalData* record) {
 }
 
 bool CANSignal::SetTextsFromRecord(const CanSignalData& record) {
-    std::string text;
-    if (!TakeField(text, record.name)) {
+    std::string givenName;
+    std::string givenUnit;
+    std::string givenReceivers;
+    std::string givenComment;
+    if (!TakeField(givenName, record.name) || !TakeField(givenUnit, record.unit) ||
+        !TakeField(givenReceivers, record.receivers) || !SetCommentFromBuffer(givenComment, record.comment)) {
         return false;
     }
-    SetName(text, name, identifierName);
-    if (!TakeField(unitAsWritten, record.unit)) {
-        return false;
-    }
-    unit = AsciiFold(unitAsWritten);
-    if (!TakeField(text, record.receivers)) {
-        return false;
-    }
-    receivers.Assign(text);
-    return SetCommentFromBuffer(comment, record.comment);
+    SetName(GetArena(), GetArena().Keep(givenName), name, identifierName);
+    SetUnit(givenUnit);
+    receivers.Assign(GetArena(), givenReceivers);
+    comment.Append(GetArena(), givenComment);
+    return true;
 }
 
 bool CANSignal::GetData(CanSignalData* record) const {
@@ -110,7 +108,7 @@ bool CANSignal::GetData(CanSignalData* record) const {
 bool CANSignal::GetTexts(CanSignalData& record) const {
     return FillField(record.identifierName, identifierName) && FillField(record.name, name) &&
            FillField(record.unit, unit) && FillField(record.unitAsWritten, unitAsWritten) &&
-           FillField(record.receivers, receivers.Joined()) && FillField(record.comment, comment);
+           FillField(record.receivers, receivers.Joined()) && FillField(record.comment, comment.View());
 }
 
 bool CANSignal::AppendValueDescription(const CanSignalEnumData* record) {
@@ -127,7 +125,7 @@ bool CANSignal::GetValueDescription(uint32_t index, CanSignalEnumData* record) c
         return false;
     }
     const auto& [value, text] = valueDescriptions.At(index);
-    if (!FillField(record->text, text)) {
+    if (!FillField(record->text, text.View())) {
         return false;
     }
     record->value = value;
@@ -138,26 +136,27 @@ bool CANSignal::ApplyUniqueSuffix(uint32_t index) {
     if (index >= kMostSuffixes || invalid) {
         return false;
     }
-    size_t keep = UnsuffixedName().size();
-    if (keep + kSuffixLength > kLongestIdentifier) {
-        keep = kLongestIdentifier - kSuffixLength;
+    const size_t keep = std::min(UnsuffixedName().size(), kLongestIdentifier - kSuffixLength);
+    std::string suffixed = std::string(identifierName.substr(0, keep)) + UniqueSuffix(index);
+    // Writing again and again must not fill the arena.
+    if (suffixed != identifierName) {
+        identifierName = GetArena().Keep(suffixed);
     }
-    identifierName.replace(keep, std::string::npos, UniqueSuffix(index));
     suffixApplied = true;
     return true;
 }
 
-std::string_view CANSignal::UnsuffixedName() const {
-    std::string_view unsuffixed = identifierName;
-    if (suffixApplied) {
-        unsuffixed.remove_suffix(kSuffixLength);
-    }
-    return unsuffixed;
+void CANSignal::SetLongName(std::string_view text) {
+    name = KeepNormalised(GetArena(), text);
 }
 
-void CANSignal::SetLongName(std::string_view text) {
-    name = text;
-    NormaliseBlanks(name);
+void CANSignal::SetUnit(std::string_view text) {
+    unitAsWritten = GetArena().Keep(text);
+    unit = IsAscii(text) ? unitAsWritten : GetArena().Keep(AsciiFold(text));
+}
+
+void CANSignal::AppendComment(std::string_view text) {
+    AppendEscaped(GetArena(), comment, text);
 }
 
 }  // namespace tabrin

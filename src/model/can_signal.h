@@ -6,15 +6,21 @@
 #include <string_view>
 #include <vector>
 
+#include "io/line_text.h"
+#include "model/arena.h"
 #include "model/receiver_list.h"
 #include "model/value_descriptions.h"
 #include "tabrin.h"
 
 namespace tabrin {
 
+// Its texts are views into the arena that it is made for, which must outlive it: a name that is an identifier is there
+// once and not three times.
 class CANSignal {
 public:
-    CANSignal() = default;
+    static constexpr size_t kSuffixLength = 5;
+
+    explicit CANSignal(Arena& arena) : valueDescriptions(arena) {}
     virtual ~CANSignal() = default;
     CANSignal(const CANSignal&) = delete;
     CANSignal& operator=(const CANSignal&) = delete;
@@ -26,12 +32,15 @@ public:
 
     // The SG_ statement. Parsing resets first; a failure leaves its code in parseErrors.
     bool ParseLine(std::string_view line);
+    void AppendDefinitionLine(LineText& line) const;
     [[nodiscard]] std::string WriteDefinitionLine() const;
 
     // The SIG_VALTYPE_ and VAL_ statements. They decline a line that names another message or signal.
     bool ParseValueTypeLine(std::string_view line, uint32_t messageId);
+    void AppendValueTypeLine(LineText& line, uint32_t messageId) const;
     [[nodiscard]] std::string WriteValueTypeLine(uint32_t messageId) const;
     bool ParseValueDescriptionLine(std::string_view line, uint32_t messageId);
+    void AppendValueDescriptionLine(LineText& line, uint32_t messageId) const;
     [[nodiscard]] std::string WriteValueDescriptionLine(uint32_t messageId) const;
 
     // The records of the interface. All fail on a null record.
@@ -45,19 +54,25 @@ public:
     // time is replaced; where there is no room it takes the place of what follows the 27th character.
     bool ApplyUniqueSuffix(uint32_t index);
     // The identifier name without such a suffix.
-    [[nodiscard]] std::string_view UnsuffixedName() const;
+    [[nodiscard]] std::string_view UnsuffixedName() const {
+        return identifierName.substr(0, identifierName.size() - (suffixApplied ? kSuffixLength : 0));
+    }
 
     [[nodiscard]] bool IsFloat() const { return valueType == TABRIN_VALUE_FLOAT || valueType == TABRIN_VALUE_DOUBLE; }
 
     // A name given later changes the long name only: files refer to the identifier form.
     void SetLongName(std::string_view text);
+    void SetUnit(std::string_view text);
+    void AppendComment(std::string_view text);
+
+    [[nodiscard]] Arena& GetArena() const { return valueDescriptions.GetArena(); }
 
     bool invalid = true;
-    std::string identifierName;
-    std::string name;
-    std::string unit;           // reduced to ASCII; this form is written
-    std::string unitAsWritten;  // as it stood in the file
-    std::string comment;        // escaped, see comment_text.h
+    std::string_view identifierName;
+    std::string_view name;
+    std::string_view unit;           // reduced to ASCII; this form is written
+    std::string_view unitAsWritten;  // as it stood in the file
+    GrowingText comment;             // escaped, see comment_text.h
     uint32_t multiplexKind = TABRIN_MULTIPLEX_NONE;
     uint32_t multiplexValue = 0;
     uint32_t startBit = 0;
@@ -72,8 +87,9 @@ public:
     ValueDescriptions valueDescriptions;
     uint32_t startValue = 0;
     uint32_t inactiveValue = 0;
-    std::string nameAsRead;  // other statements of the file find the signal by it
+    std::string_view nameAsRead;  // other statements of the file find the signal by it
     bool suffixApplied = false;
+    uint32_t attributesSet = 0;  // the attributes that have found a value in reading
     std::vector<uint32_t> parseErrors;
 
 private:

@@ -1,28 +1,38 @@
 #include "model/comment_text.h"
 
-#include <utility>
-
+#include "io/text_scan.h"
 #include "io/text_utf8.h"
 #include "tabrin.h"
 
 namespace tabrin {
 
-void EscapeQuotes(std::string& text) {
+namespace {
+
+// `last` is the character in front of the text.
+std::string Escaped(std::string_view text, char last) {
     std::string escaped;
-    AppendEscaped(escaped, text);
-    text = std::move(escaped);
+    for (const char c : text) {
+        if (c == '"' && last != '\\') {
+            escaped += '\\';
+        }
+        escaped += c;
+        last = c;
+    }
+    return escaped;
 }
 
-void AppendEscaped(std::string& comment, std::string_view text) {
-    for (size_t quote = text.find('"'); quote != std::string_view::npos; quote = text.find('"')) {
-        comment.append(text, 0, quote);
-        if (comment.empty() || comment.back() != '\\') {
-            comment += '\\';
-        }
-        comment += '"';
-        text.remove_prefix(quote + 1);
+}  // namespace
+
+void EscapeQuotes(std::string& text) {
+    text = Escaped(text, '\0');
+}
+
+void AppendEscaped(Arena& arena, GrowingText& comment, std::string_view text) {
+    if (text.find('"') == kNpos) {
+        comment.Append(arena, text);
+        return;
     }
-    comment.append(text);
+    comment.Append(arena, Escaped(text, comment.IsEmpty() ? '\0' : comment.View().back()));
 }
 
 bool SetCommentFromBuffer(std::string& comment, const char* buffer) {

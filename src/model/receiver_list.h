@@ -1,8 +1,9 @@
 // The nodes that receive a signal.
 #pragma once
 
-#include <string>
 #include <string_view>
+
+#include "model/arena.h"
 
 namespace tabrin {
 
@@ -12,11 +13,11 @@ public:
     // Takes the pieces of a text between its commas. Blanks around a piece go, empty pieces are left out, and the rest
     // becomes an identifier, so that "ECU1 ECU2" is the one receiver ECU1_ECU2. Throws utf8::exception on text that is
     // not UTF-8.
-    void Assign(std::string_view text);
-    void Clear() { joined_.clear(); }
+    void Assign(Arena& arena, std::string_view text);
+    void Clear() { joined_ = {}; }
 
     [[nodiscard]] bool IsEmpty() const { return joined_.empty(); }
-    [[nodiscard]] const std::string& Joined() const { return joined_; }
+    [[nodiscard]] std::string_view Joined() const { return joined_; }
 
     // Calls `use` with each receiver in order.
     template <typename Use>
@@ -30,7 +31,7 @@ public:
     }
 
 private:
-    std::string joined_;
+    std::string_view joined_;
 };
 
 }  // namespace tabrin

@@ -9,14 +9,16 @@ namespace tabrin {
 void SignalNameIndex::Add(const CANMessage& message) {
     const auto byHash = [](const Entry& a, const Entry& b) { return a.hash < b.hash; };
     Run run;
-    run.reserve(2 * message.signals.size());
+    run.reserve(message.signals.size());
     for (const auto& signal : message.signals) {
         const std::string_view name = signal->nameAsRead;
-        const uint64_t hash = HashOf(name);
-        const bool isIdentifier = name == signal->identifierName;
-        run.push_back({hash, signal.get()});
-        run.push_back({(isIdentifier ? hash : HashOf(signal->identifierName)) ^ kIdentifierMark, signal.get()});
-        if (!isIdentifier && std::any_of(name.begin(), name.end(), IsBlank)) {
+        run.push_back({HashOf(name), signal.get()});
+        if (name == signal->identifierName) {
+            continue;
+        }
+        run.push_back({HashOf(signal->identifierName) ^ kIdentifierMark, signal.get()});
+        hasOtherIdentifiers_ = true;
+        if (std::any_of(name.begin(), name.end(), IsBlank)) {
             longestWithBlanks_ = std::max(longestWithBlanks_, name.size());
         }
     }

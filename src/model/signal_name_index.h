@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -22,13 +21,16 @@ public:
     // Calls `use` with every signal that was read with exactly this name.
     template <typename Use>
     void ForEachRead(std::string_view name, Use use) const {
-        Visit(HashOf(name), name, &CANSignal::nameAsRead, use);
+        Visit(HashOf(name), name, &CANSignal::nameAsRead, Always(use));
     }
 
-    // Calls `use` with every signal of exactly this identifier name.
+    // Calls `use` with every signal of exactly this identifier name, until it answers false.
     template <typename Use>
     void ForEachIdentified(std::string_view name, Use use) const {
-        Visit(HashOf(name) ^ kIdentifierMark, name, &CANSignal::identifierName, use);
+        const uint64_t hash = HashOf(name);
+        if (Visit(hash, name, &CANSignal::identifierName, use) && hasOtherIdentifiers_) {
+            Visit(hash ^ kIdentifierMark, name, &CANSignal::identifierName, use);
+        }
     }
 
     // Calls `use` with every signal whose name, as it was read, stands at `pos` of the text with a blank behind it: with
@@ -40,7 +42,7 @@ public:
         for (size_t end = pos; end < text.size(); ++end) {
             if (IsBlank(text[end])) {
                 const std::string_view name = text.substr(pos, end - pos);
-                Visit(hash, name, &CANSignal::nameAsRead, use);
+                Visit(hash, name, &CANSignal::nameAsRead, Always(use));
                 if (name.size() >= longestWithBlanks_) {
                     return;
                 }
@@ -54,31 +56,41 @@ private:
         uint64_t hash;
         CANSignal* signal;
     };
-    // Ordered by the hash. The signals themselves are touched only where it fits. Both kinds of names share one run: the
-    // hashes of identifier names carry a mark.
+    // Ordered by the hash. The signals themselves are touched only where it fits. A signal is there by the name it was read
+    // with; where its identifier name is another, a second time by that, its hash with a mark.
     using Run = std::vector<Entry>;
 
     static constexpr uint64_t kSeed = 0xCBF29CE484222325U;
     static constexpr uint64_t kIdentifierMark = 0x9AE16A3B2F90404FU;
+
+    template <typename Use>
+    static auto Always(Use& use) {
+        return [&use](CANSignal& signal) {
+            use(signal);
+            return true;
+        };
+    }
 
     static uint64_t Extended(uint64_t hash, char c) { return (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U; }
     static uint64_t HashOf(std::string_view name);
     static size_t FirstOf(const Run& run, uint64_t hash);
 
     template <typename Use>
-    void Visit(uint64_t hash, std::string_view name, std::string CANSignal::*field, Use& use) const {
+    bool Visit(uint64_t hash, std::string_view name, std::string_view CANSignal::*field, Use use) const {
         for (const Run& run : runs_) {
             for (size_t i = FirstOf(run, hash); i < run.size() && run[i].hash == hash; ++i) {
-                if ((*run[i].signal).*field == name) {
-                    use(*run[i].signal);
+                if ((*run[i].signal).*field == name && !use(*run[i].signal)) {
+                    return false;
                 }
             }
         }
+        return true;
     }
 
     // One for each message; runs of like size are merged, so that there are never many.
     std::vector<Run> runs_;
     size_t longestWithBlanks_ = 0;
+    bool hasOtherIdentifiers_ = false;
 };
 
 }  // namespace tabrin

@@ -1,6 +1,8 @@
 #include "model/value_descriptions.h"
 
 #include <iterator>
+#include <new>
+#include <string>
 
 namespace tabrin {
 
@@ -11,34 +13,43 @@ constexpr std::string_view kJoint = " - ";
 }  // namespace
 
 void ValueDescriptions::Add(int32_t value, std::string_view text) {
+    if (list_ == nullptr) {
+        list_ = new (arena_->Allocate(sizeof(List), alignof(List))) List(*arena_);
+    }
+    Map& entries = list_->entries;
     // Most lists come in ascending order.
-    const bool isGreatest = entries_.empty() || value > entries_.rbegin()->first;
-    const auto place = isGreatest ? entries_.end() : entries_.lower_bound(value);
-    if (place != entries_.end() && place->first == value) {
+    const bool isGreatest = entries.empty() || value > entries.rbegin()->first;
+    const auto place = isGreatest ? entries.end() : entries.lower_bound(value);
+    if (place != entries.end() && place->first == value) {
         // In one step, so that running out of memory leaves the old text.
-        place->second.append(std::string(kJoint).append(text));
+        place->second.Append(*arena_, std::string(kJoint).append(text));
         return;
     }
-    entries_.emplace_hint(place, value, text);
-    if (last_ != entries_.end() && value < last_->first) {
-        ++lastIndex_;
+    GrowingText description;
+    description.Append(*arena_, text);
+    entries.emplace_hint(place, value, description);
+    if (list_->last != entries.end() && value < list_->last->first) {
+        ++list_->lastIndex;
     }
 }
 
-void ValueDescriptions::Clear() {
-    entries_.clear();
-    last_ = entries_.end();
+const ValueDescriptions::Map& ValueDescriptions::Entries() const {
+    static Arena nowhere;
+    static const List kNone(nowhere);
+    return list_ != nullptr ? list_->entries : kNone.entries;
 }
 
 const ValueDescriptions::Map::value_type& ValueDescriptions::At(size_t index) const {
-    if (last_ == entries_.end() || index < lastIndex_ / 2) {
-        last_ = entries_.begin();
-        lastIndex_ = 0;
+    List& list = *list_;
+    if (list.last == list.entries.end() || index < list.lastIndex / 2) {
+        list.last = list.entries.begin();
+        list.lastIndex = 0;
     }
     // Map iterators go both ways; advance takes a negative distance.
-    std::advance(last_, static_cast<Map::difference_type>(index) - static_cast<Map::difference_type>(lastIndex_));
-    lastIndex_ = index;
-    return *last_;
+    std::advance(list.last,
+                 static_cast<Map::difference_type>(index) - static_cast<Map::difference_type>(list.lastIndex));
+    list.lastIndex = index;
+    return *list.last;
 }
 
 }  // namespace tabrin

@@ -3,38 +3,46 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
-#include <string>
 #include <string_view>
+#include <utility>
+
+#include "model/arena.h"
 
 namespace tabrin {
 
 // Ordered by the signed value. Nothing in it is ever replaced: a value described again gets the texts joined by " - ".
 class ValueDescriptions {
 public:
-    using Map = std::map<int32_t, std::string>;
+    using Map = std::map<int32_t, GrowingText, std::less<>, ArenaAllocator<std::pair<const int32_t, GrowingText>>>;
 
-    ValueDescriptions() = default;
-    ~ValueDescriptions() = default;
-    ValueDescriptions(const ValueDescriptions&) = delete;
-    ValueDescriptions& operator=(const ValueDescriptions&) = delete;
-    ValueDescriptions(ValueDescriptions&&) = delete;
-    ValueDescriptions& operator=(ValueDescriptions&&) = delete;
+    explicit ValueDescriptions(Arena& arena) : arena_(&arena) {}
 
     void Add(int32_t value, std::string_view text);
-    void Clear();
+    void Clear() { list_ = nullptr; }
 
-    [[nodiscard]] const Map& Entries() const { return entries_; }
-    [[nodiscard]] size_t Size() const { return entries_.size(); }
+    [[nodiscard]] const Map& Entries() const;
+    [[nodiscard]] size_t Size() const { return list_ != nullptr ? list_->entries.size() : 0; }
 
     // Entry number `index` in order; `index` must be below Size. Asking for one after the other takes constant time each,
     // because the place of the last one asked for is remembered.
     [[nodiscard]] const Map::value_type& At(size_t index) const;
 
+    [[nodiscard]] Arena& GetArena() const { return *arena_; }
+
 private:
-    Map entries_;
-    mutable size_t lastIndex_ = 0;
-    mutable Map::const_iterator last_ = entries_.end();
+    struct List {
+        explicit List(Arena& arena) : entries(ArenaAllocator<Map::value_type>(arena)) {}
+
+        Map entries;
+        size_t lastIndex = 0;
+        Map::const_iterator last = entries.end();
+    };
+
+    Arena* arena_;
+    // Most signals have none. In the arena, where nothing needs to be destroyed.
+    List* list_ = nullptr;
 };
 
 }  // namespace tabrin

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <deque>
 #include <memory>
 #include <random>
 #include <string>
@@ -96,7 +97,8 @@ Kind NaiveKind(const std::string& token) {
     return digit && NaiveNumber(token, INT64_MIN, INT64_MAX, number) ? Kind::Number : Kind::Word;
 }
 
-bool NaiveSetValue(Attribute& attribute, const std::string& text) {
+// The texts of an attribute are views: what they look at stays in `texts`.
+bool NaiveSetValue(Attribute& attribute, const std::string& text, std::deque<std::string>& texts) {
     int32_t number = 0;
     const bool isNumber = attribute.valueType != Type::String && NaiveI32(text, number);
     if (attribute.valueType == Type::Int && isNumber && attribute.minimum <= number && number <= attribute.maximum) {
@@ -118,7 +120,7 @@ bool NaiveSetValue(Attribute& attribute, const std::string& text) {
         }
     }
     if (attribute.valueType == Type::String) {
-        attribute.stringValue = quoted;
+        attribute.stringValue = texts.emplace_back(quoted);
         return true;
     }
     return false;
@@ -159,7 +161,7 @@ private:
         return true;
     }
 
-    bool IsRejected(const std::string& name) const {
+    bool IsRejected(std::string_view name) const {
         bool listed = false;
         for (const std::string& accepted : filter_) {
             listed = listed || accepted == name;
@@ -184,7 +186,7 @@ private:
         } else {
             return;
         }
-        attribute.name = NaiveUnquoted(tokens_[typeToken - 1]);
+        attribute.name = texts_.emplace_back(NaiveUnquoted(tokens_[typeToken - 1]));
         if (IsRejected(attribute.name) || !TakeType(attribute, typeToken)) {
             return;
         }
@@ -236,7 +238,7 @@ private:
         }
         for (const auto& definition : definitions) {
             if (definition->name == name) {
-                NaiveSetValue(*definition, tokens_[2]);
+                NaiveSetValue(*definition, tokens_[2], texts_);
             }
         }
     }
@@ -285,9 +287,9 @@ private:
             value.objectId = static_cast<uint32_t>(id);
         }
         if (definition->objectType == Object::Signal) {
-            value.signalName = tokens_[4];
+            value.signalName = texts_.emplace_back(tokens_[4]);
         }
-        if (NaiveSetValue(value, tokens_[pattern.size() - 1])) {
+        if (NaiveSetValue(value, tokens_[pattern.size() - 1], texts_)) {
             AddValue(value);
         }
     }
@@ -306,6 +308,7 @@ private:
     std::vector<std::string> filter_;
     std::vector<std::string> tokens_;
     std::vector<Kind> kinds_;
+    std::deque<std::string> texts_;  // where nothing moves
 };
 
 // --- The random statements ---------------------------------------------------------------------------------------

@@ -215,7 +215,7 @@ TEST(CommentStatement, SignalCommentsAreRead) {
         std::string takers;
         for (const auto& signal : message.signals) {
             if (signal->comment == "x") {
-                takers += "[" + signal->nameAsRead + "]";
+                takers.append("[").append(signal->nameAsRead).append("]");
             } else {
                 EXPECT_EQ(signal->comment, "");
             }

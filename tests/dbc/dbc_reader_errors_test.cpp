@@ -112,11 +112,11 @@ TEST(DbcReaderErrors, TextIsTheStatementUpToTheNextKeyword) {
     }
 }
 
-bool IsText(const std::string& text) {
+bool IsText(std::string_view text) {
     return utf8::is_valid(text.begin(), text.end());
 }
 
-bool IsPlainIdentifier(const std::string& name) {
+bool IsPlainIdentifier(std::string_view name) {
     const auto isPlain = [](unsigned char c) { return c < 0x80 && (std::isalnum(c) != 0 || c == '_'); };
     return name.size() <= 32 && std::all_of(name.begin(), name.end(), isPlain) &&
            (name.empty() || std::isdigit(static_cast<unsigned char>(name.front())) == 0);
@@ -125,7 +125,7 @@ bool IsPlainIdentifier(const std::string& name) {
 void ExpectSoundSignal(const CANSignal& signal) {
     EXPECT_FALSE(signal.invalid);
     EXPECT_TRUE(IsPlainIdentifier(signal.identifierName));
-    EXPECT_TRUE(IsText(signal.name) && IsText(signal.unitAsWritten) && IsText(signal.comment));
+    EXPECT_TRUE(IsText(signal.name) && IsText(signal.unitAsWritten) && IsText(signal.comment.View()));
     EXPECT_FALSE(signal.minimum > signal.maximum);
     EXPECT_LE(signal.multiplexKind, 2U);
     EXPECT_LE(signal.byteOrder, 1U);
@@ -141,7 +141,7 @@ void ExpectSound(const CANDatabase& database) {
         EXPECT_FALSE(message->invalid);
         EXPECT_TRUE(IsPlainIdentifier(message->identifierName) && !message->identifierName.empty());
         EXPECT_TRUE(IsPlainIdentifier(message->transmitter));
-        EXPECT_TRUE(IsText(message->name) && IsText(message->comment));
+        EXPECT_TRUE(IsText(message->name) && IsText(message->comment.View()));
         for (const auto& signal : message->signals) {
             ExpectSoundSignal(*signal);
         }

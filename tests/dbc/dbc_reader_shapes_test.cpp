@@ -86,7 +86,7 @@ TEST(DbcReaderShapes, CommentInManyPieces) {
                                        return std::string("CM_ BO_ 1 \"\"\"\";\n");
                                    })));
     // Each piece is two quotes, and each quote is kept with a backslash in front.
-    EXPECT_EQ(database.messages[0]->comment.size(), 8 * kMany);
+    EXPECT_EQ(database.messages[0]->comment.View().size(), 8 * kMany);
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "dbc/reading.h"
+#include "model/description_texts.h"
 
 namespace tabrin {
 namespace {
@@ -24,9 +25,10 @@ using Names = std::vector<std::string>;
 Names ContentOf(const CANDatabase& database) {
     Names content;
     for (const auto& message : database.messages) {
-        std::string& text = content.emplace_back(message->name + "[");
+        std::string& text = content.emplace_back(message->name);
+        text += "[";
         for (const auto& signal : message->signals) {
-            text += (text.back() == '[' ? "" : ",") + signal->name;
+            text.append(text.back() == '[' ? "" : ",").append(signal->name);
         }
         text += "]";
     }
@@ -176,7 +178,7 @@ TEST(DbcReader, EachStatementReachesItsHandler) {
     EXPECT_EQ(message.comment, "message");
     EXPECT_EQ(message.cycleTime, 20U);
     EXPECT_EQ(message.signals[0]->comment, "signal");
-    EXPECT_EQ(message.signals[0]->valueDescriptions.Entries(), ValueDescriptions::Map({{1, "On"}}));
+    EXPECT_EQ(TextsOf(message.signals[0]->valueDescriptions), DescriptionTexts({{1, "On"}}));
     EXPECT_EQ(message.signals[0]->valueType, 2U);
     EXPECT_EQ(database.messages[1]->cycleTime, 10U);
     EXPECT_EQ(database.messages[1]->comment, "");

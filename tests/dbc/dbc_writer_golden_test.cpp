@@ -25,7 +25,7 @@ void BuildHeader(CANDatabase& database) {
 }
 
 std::string LongNode(char letter) {
-    return std::string("Node_") + letter + "_of_thirty_two_characters_";
+    return std::string("Node_").append(1, letter).append("_of_thirty_two_characters_");
 }
 
 void BuildNodes(CANDatabase& database) {

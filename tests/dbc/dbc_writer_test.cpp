@@ -12,6 +12,7 @@
 #include "dbc/parsed.h"
 #include "dbc/reading.h"
 #include "dbc/writing.h"
+#include "model/own_arena.h"
 
 namespace tabrin {
 namespace {
@@ -165,7 +166,7 @@ TEST(DbcWriter, CodesOutsideTheListsAreWrittenByTheSameRules) {
 
 TEST(DbcWriter, InvalidMessageLeavesAnEmptyLine) {
     CANDatabase database;
-    database.messages.push_back(std::make_shared<CANMessage>());
+    database.messages.push_back(std::make_shared<OwnMessage>());
     EXPECT_EQ(WrittenBody(database), "BU_ :  Kestrune\r\n\r\n\r\n\r\n");
 }
 

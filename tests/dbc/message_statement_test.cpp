@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "model/can_message.h"
+#include "model/own_arena.h"
 #include "model/reset_state.h"
 
 namespace tabrin {
@@ -89,7 +90,7 @@ TEST(MessageStatement, AcceptedLinesAreReadAndWrittenBack) {
     };
     for (const Accepted& row : kRows) {
         SCOPED_TRACE(row.line);
-        CANMessage message;
+        OwnMessage message;
         ASSERT_TRUE(message.ParseLine(row.line));
         EXPECT_FALSE(message.invalid);
         EXPECT_EQ(message.id, row.id);
@@ -109,7 +110,7 @@ struct Rejected {
 
 void ExpectRejected(const Rejected& row) {
     SCOPED_TRACE(row.line);
-    CANMessage message;
+    OwnMessage message;
     FillEveryField(message);
     EXPECT_FALSE(message.ParseLine(row.line));
     ExpectReset(message);
@@ -186,24 +187,26 @@ TEST(MessageStatement, MissingDataLengthFailsWithCodeTwo) {
 }
 
 TEST(MessageStatement, NameAsReadKeepsItsBlanks) {
-    CANMessage message;
+    OwnMessage message;
     ASSERT_TRUE(message.ParseLine("BO_ 100 \tEngine\t \vData\n : 8 ECU"));
     EXPECT_EQ(message.nameAsRead, "Engine\t \vData");
     EXPECT_EQ(message.name, "Engine   Data");
 }
 
 TEST(MessageStatement, ParsingStartsAfresh) {
-    CANMessage message;
+    OwnMessage message;
     FillEveryField(message);
     ASSERT_TRUE(message.ParseLine("BO_ 100 Msg: 8"));
     EXPECT_TRUE(message.parseErrors.empty());
-    EXPECT_EQ(message.comment + message.sendType + message.transmitter, "");
+    EXPECT_EQ(message.comment, "");
+    EXPECT_EQ(message.sendType, "");
+    EXPECT_EQ(message.transmitter, "");
     EXPECT_EQ(message.cycleTime, 0U);
     EXPECT_TRUE(message.signals.empty());
 }
 
 TEST(MessageStatement, OneFailureLeavesOneCodeHoweverOftenItIsParsed) {
-    CANMessage message;
+    OwnMessage message;
     EXPECT_FALSE(message.ParseLine("BO_ x Msg: 8 ECU"));
     EXPECT_FALSE(message.ParseLine("BO_ 100 Msg: ECU"));
     EXPECT_EQ(message.parseErrors, std::vector<uint32_t>({2}));
@@ -213,13 +216,13 @@ TEST(MessageStatement, BrokenUtf8IsThrown) {
     for (const std::string_view line :
          {"BO_ 100 Ms\xFFg: 8 ECU", "BO_ 100 Msg: 8 EC\xC3", "BO_ 100 \xED\xA0\x80: 8 ECU"}) {
         SCOPED_TRACE(line);
-        CANMessage message;
+        OwnMessage message;
         EXPECT_THROW(message.ParseLine(line), utf8::exception);
     }
 }
 
 TEST(MessageStatement, LongNameGivenLaterIsNotWritten) {
-    CANMessage message;
+    OwnMessage message;
     ASSERT_TRUE(message.ParseLine("BO_ 100 Msg: 8 ECU"));
     message.SetLongName("Another Name");
     EXPECT_EQ(message.WriteDefinitionLine(), "BO_ 100 Msg: 8 ECU");

@@ -8,12 +8,13 @@
 #include <string_view>
 
 #include "model/can_database.h"
+#include "model/own_arena.h"
 
 namespace tabrin {
 
 // Adds a message from its BO_ line, as reading does.
 inline CANMessage& AddRead(CANDatabase& database, std::string_view line) {
-    auto message = std::make_shared<CANMessage>();
+    auto message = std::make_shared<OwnMessage>();
     EXPECT_TRUE(message->ParseLine(line)) << line;
     database.AddParsedMessage(message);
     return *message;
@@ -21,7 +22,7 @@ inline CANMessage& AddRead(CANDatabase& database, std::string_view line) {
 
 // Adds a signal from its SG_ line, as reading does.
 inline CANSignal& AddReadLine(CANMessage& message, std::string_view line) {
-    auto signal = std::make_shared<CANSignal>();
+    auto signal = std::make_shared<OwnSignal>();
     EXPECT_TRUE(signal->ParseLine(line)) << line;
     message.AddSignal(signal);
     return *signal;

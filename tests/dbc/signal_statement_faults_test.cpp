@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "model/can_signal.h"
+#include "model/own_arena.h"
 #include "model/reset_state.h"
 
 namespace tabrin {
@@ -74,7 +75,7 @@ TEST(SignalStatement, FaultyLinesAreRejectedWithTheCodeOfTheStep) {
     for (const Faults& row : kRows) {
         for (const std::string_view line : row.lines) {
             SCOPED_TRACE(line);
-            CANSignal signal;
+            OwnSignal signal;
             FillEveryField(signal);
             EXPECT_FALSE(signal.ParseLine(line));
             ExpectReset(signal);
@@ -85,7 +86,7 @@ TEST(SignalStatement, FaultyLinesAreRejectedWithTheCodeOfTheStep) {
 }
 
 TEST(SignalStatement, ParsingStartsAfresh) {
-    CANSignal signal;
+    OwnSignal signal;
     FillEveryField(signal);
     ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8 (1,0) [0|1]"));
     EXPECT_TRUE(signal.parseErrors.empty());
@@ -93,7 +94,10 @@ TEST(SignalStatement, ParsingStartsAfresh) {
     EXPECT_EQ(signal.multiplexValue, 0U);
     EXPECT_EQ(signal.byteOrder, 1U);
     EXPECT_EQ(signal.valueType, 0U);
-    EXPECT_EQ(signal.unit + signal.unitAsWritten + signal.comment + signal.receivers.Joined(), "");
+    EXPECT_EQ(signal.unit, "");
+    EXPECT_EQ(signal.unitAsWritten, "");
+    EXPECT_EQ(signal.comment, "");
+    EXPECT_EQ(signal.receivers.Joined(), "");
     EXPECT_EQ(signal.valueDescriptions.Size(), 0U);
     EXPECT_EQ(signal.startValue, 0U);
     EXPECT_EQ(signal.inactiveValue, 0U);
@@ -108,7 +112,7 @@ TEST(SignalStatement, BrokenUtf8IsThrown) {
     };
     for (const std::string_view line : kLines) {
         SCOPED_TRACE(line);
-        CANSignal signal;
+        OwnSignal signal;
         EXPECT_THROW(signal.ParseLine(line), utf8::exception);
     }
 }

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "model/can_signal.h"
+#include "model/own_arena.h"
 
 namespace tabrin {
 namespace {
@@ -37,7 +38,7 @@ TEST(SignalStatement, WrittenLineTellsWhatWasRead) {
     };
     for (const RoundTrip& row : kRows) {
         SCOPED_TRACE(row.line);
-        CANSignal signal;
+        OwnSignal signal;
         ASSERT_TRUE(signal.ParseLine(row.line));
         EXPECT_FALSE(signal.invalid);
         EXPECT_TRUE(signal.parseErrors.empty());
@@ -128,7 +129,7 @@ TEST(SignalStatement, NameAndMultiplexerAreToldApart) {
     };
     for (const Name& row : kRows) {
         SCOPED_TRACE(row.line);
-        CANSignal signal;
+        OwnSignal signal;
         ASSERT_TRUE(signal.ParseLine(row.line + kRest));
         EXPECT_EQ(signal.name, row.name);
         EXPECT_EQ(signal.identifierName, row.identifierName);
@@ -139,7 +140,7 @@ TEST(SignalStatement, NameAndMultiplexerAreToldApart) {
 }
 
 TEST(SignalStatement, NameAsReadKeepsItsBlanks) {
-    CANSignal signal;
+    OwnSignal signal;
     ASSERT_TRUE(signal.ParseLine("SG_ \tEngine\t \vSpeed\n m4 " + kRest));
     EXPECT_EQ(signal.nameAsRead, "Engine\t \vSpeed");
     EXPECT_EQ(signal.name, "Engine   Speed");
@@ -184,7 +185,7 @@ TEST(SignalStatement, BitsAreRead) {
     };
     for (const Bits& row : kRows) {
         SCOPED_TRACE(row.text);
-        CANSignal signal;
+        OwnSignal signal;
         ASSERT_TRUE(signal.ParseLine("SG_ S :" + row.text + "(2,3) [0|255] \"\" A"));
         EXPECT_EQ(signal.startBit, row.startBit);
         EXPECT_EQ(signal.length, row.length);
@@ -219,7 +220,7 @@ TEST(SignalStatement, EachOfTheFourNumbersIsRead) {
     };
     for (const Number& row : kRows) {
         SCOPED_TRACE(row.text);
-        CANSignal signal;
+        OwnSignal signal;
         ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (" + row.text + ",7) [-inf|inf] \"\" A"));
         EXPECT_EQ(signal.factor, row.value);
         EXPECT_EQ(signal.offset, 7.0);
@@ -236,7 +237,7 @@ TEST(SignalStatement, EachOfTheFourNumbersIsRead) {
 }
 
 TEST(SignalStatement, TextBetweenThePartsIsPassedOver) {
-    CANSignal signal;
+    OwnSignal signal;
     ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ junk [9|9] (2(x,3,y) ) (4,5) [6[x|7|y] ] x \"u\" A"));
     EXPECT_EQ(signal.factor, 2.0);
     EXPECT_EQ(signal.offset, 3.0);
@@ -259,7 +260,7 @@ TEST(SignalStatement, RangeTheWrongWayRoundIsSwapped) {
     };
     for (const Range& row : kRows) {
         SCOPED_TRACE(row.text);
-        CANSignal signal;
+        OwnSignal signal;
         ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (1,0) " + row.text + " \"\" A"));
         EXPECT_EQ(signal.minimum, row.minimum);
         EXPECT_EQ(signal.maximum, row.maximum);
@@ -267,7 +268,7 @@ TEST(SignalStatement, RangeTheWrongWayRoundIsSwapped) {
 }
 
 TEST(SignalStatement, RangeWithNotANumberIsNotSwapped) {
-    CANSignal signal;
+    OwnSignal signal;
     ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (1,0) [nan|0] \"\" A"));
     EXPECT_TRUE(std::isnan(signal.minimum));
     EXPECT_EQ(signal.maximum, 0.0);
@@ -321,7 +322,7 @@ TEST(SignalStatement, UnitAndReceiversAreRead) {
     };
     for (const Tail& row : kRows) {
         SCOPED_TRACE(row.text);
-        CANSignal signal;
+        OwnSignal signal;
         ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (1,0) [0|255]" + row.text));
         EXPECT_EQ(signal.unitAsWritten, row.unitAsWritten);
         EXPECT_EQ(signal.unit, row.unit);
@@ -359,7 +360,7 @@ TEST(SignalStatement, DoublesAreWrittenWithTenDigits) {
     };
     for (const WrittenNumber& row : kRows) {
         SCOPED_TRACE(row.text);
-        CANSignal signal;
+        OwnSignal signal;
         signal.invalid = false;
         signal.factor = signal.offset = signal.minimum = signal.maximum = row.value;
         EXPECT_EQ(signal.WriteDefinitionLine(), " SG_  : 0|0@1+ (" + row.text + "," + row.text + ") [" + row.text +
@@ -388,7 +389,7 @@ TEST(SignalStatement, CodesAreWritten) {
     };
     for (const WrittenCodes& row : kRows) {
         SCOPED_TRACE(row.written);
-        CANSignal signal;
+        OwnSignal signal;
         signal.invalid = false;
         signal.identifierName = "S";
         signal.multiplexKind = row.multiplexKind;
@@ -402,7 +403,7 @@ TEST(SignalStatement, CodesAreWritten) {
 }
 
 TEST(SignalStatement, WrittenTextsAreThoseReducedToAscii) {
-    CANSignal signal;
+    OwnSignal signal;
     ASSERT_TRUE(signal.ParseLine("SG_ \xC3\x84 1 : 0|8@1+ (1,0) [0|1] \"\xC2\xB0 C\" B\xC3\xA4r"));
     signal.SetLongName("Another Name");
     EXPECT_EQ(signal.WriteDefinitionLine(), " SG_ __1 : 0|8@1+ (1,0) [0|1] \"_ C\" B_r");

@@ -11,10 +11,12 @@
 #include "dbc/attribute_statements.h"
 #include "dbc/well_known_attributes.h"
 #include "model/can_database.h"
+#include "model/own_arena.h"
 
 namespace tabrin {
 
-// A database in the middle of reading, with message 100 "Engine" of the signals "Speed" and "Torque" and message 200 "Brake" of the signal "Speed".
+// A database in the middle of reading, with message 100 "Engine" of the signals "Speed" and "Torque" and message 200
+// "Brake" of the signal "Speed".
 class SmallDatabase {
 public:
     SmallDatabase() {
@@ -24,14 +26,14 @@ public:
 
     // The long names are the identifier forms for the time being.
     CANMessage& AddMessage(uint32_t id, const char* name, const std::vector<const char*>& signals) {
-        auto message = std::make_shared<CANMessage>();
+        auto message = std::make_shared<OwnMessage>();
         message->invalid = false;
         message->id = id;
-        message->name = message->identifierName = message->nameAsRead = name;
+        message->name = message->identifierName = message->nameAsRead = message->GetArena().Keep(name);
         for (const char* signalName : signals) {
-            auto signal = std::make_shared<CANSignal>();
+            auto signal = std::make_shared<OwnSignal>();
             signal->invalid = false;
-            signal->name = signal->identifierName = signal->nameAsRead = signalName;
+            signal->name = signal->identifierName = signal->nameAsRead = signal->GetArena().Keep(signalName);
             message->AddSignal(std::move(signal));
         }
         data.AddParsedMessage(std::move(message));
@@ -57,11 +59,13 @@ public:
 inline std::vector<std::string> DescribeAttributed(const CANDatabase& database) {
     std::vector<std::string> texts;
     for (const auto& message : database.messages) {
-        texts.push_back(message->name + "/" + message->identifierName + " [" + message->sendType + "] " +
-                        std::to_string(message->cycleTime));
+        std::string& text = texts.emplace_back(message->name);
+        text.append("/").append(message->identifierName).append(" [").append(message->sendType).append("] ");
+        text += std::to_string(message->cycleTime);
         for (const auto& signal : message->signals) {
-            texts.push_back("  " + signal->name + "/" + signal->identifierName + " " +
-                            std::to_string(signal->startValue) + " " + std::to_string(signal->inactiveValue));
+            std::string& line = texts.emplace_back("  ");
+            line.append(signal->name).append("/").append(signal->identifierName).append(" ");
+            line += std::to_string(signal->startValue) + " " + std::to_string(signal->inactiveValue);
         }
     }
     return texts;

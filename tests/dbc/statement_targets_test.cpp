@@ -355,7 +355,7 @@ void ExpectSame(const CANSignal& signal, const NaiveSignal& expected) {
     EXPECT_EQ(signal.valueType, expected.valueType);
     std::map<long long, std::string> descriptions;
     for (const auto& [value, text] : signal.valueDescriptions.Entries()) {
-        descriptions[value] = text;
+        descriptions[value] = text.View();
     }
     EXPECT_EQ(descriptions, expected.descriptions);
 }
@@ -386,9 +386,9 @@ TEST(StatementTargets, AreThoseOfTheNaiveReading) {
         ExpectSame(database, file.Expected());
         ASSERT_FALSE(testing::Test::HasFailure()) << "seed " << seed << "\n" << file.Text();
         for (const auto& message : database.messages) {
-            comments += message->comment.empty() ? 0 : 1;
+            comments += message->comment.IsEmpty() ? 0 : 1;
             for (const auto& signal : message->signals) {
-                comments += signal->comment.empty() ? 0 : 1;
+                comments += signal->comment.IsEmpty() ? 0 : 1;
                 descriptions += signal->valueDescriptions.Size();
                 floats += signal->IsFloat() ? 1 : 0;
             }

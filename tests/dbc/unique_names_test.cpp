@@ -8,6 +8,7 @@
 
 #include "dbc/dbc_writer.h"
 #include "dbc/writing.h"
+#include "model/own_arena.h"
 
 namespace tabrin {
 namespace {
@@ -17,7 +18,7 @@ using Names = std::vector<std::string>;
 Names IdentifierNames(const CANMessage& message) {
     Names names;
     for (const auto& signal : message.signals) {
-        names.push_back(signal->identifierName);
+        names.emplace_back(signal->identifierName);
     }
     return names;
 }
@@ -268,7 +269,7 @@ TEST(UniqueNames, AreThoseOfThePlainWalkOverAllPairs) {
         for (std::string& name : names) {
             name = choice[random(static_cast<uint32_t>(choice.size()))];
         }
-        CANMessage message;
+        OwnMessage message;
         for (const std::string& name : names) {
             AddNamedSignal(message, name);
         }

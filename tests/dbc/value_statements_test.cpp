@@ -18,7 +18,7 @@ std::string Listed(const CANSignal& signal) {
     std::string list;
     for (const auto& [value, text] : signal.valueDescriptions.Entries()) {
         list += list.empty() ? "" : "|";
-        list += std::to_string(value) + "=" + text;
+        list.append(std::to_string(value)).append("=").append(text.View());
     }
     return list;
 }

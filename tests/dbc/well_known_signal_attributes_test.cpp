@@ -9,6 +9,7 @@
 #include "dbc/small_database.h"
 #include "model/attribute_text.h"
 #include "model/can_database.h"
+#include "model/own_arena.h"
 
 namespace tabrin {
 namespace {
@@ -170,8 +171,8 @@ TEST(WellKnownSignalAttributes, FindTheirSignalAmongMany) {
         SmallDatabase database;
         CANMessage& message = database.AddMessage(300, "Many", std::vector<const char*>());
         for (const std::string& name : names) {
-            auto signal = std::make_shared<CANSignal>();
-            signal->name = signal->nameAsRead = "read " + name;
+            auto signal = std::make_shared<OwnSignal>();
+            signal->name = signal->nameAsRead = signal->GetArena().Keep("read " + name);
             signal->identifierName = name;
             message.AddSignal(std::move(signal));
         }
@@ -202,6 +203,53 @@ TEST(WellKnownAttributes, ReachAllMessagesOfOneIdentifier) {
               (Texts{"long/Engine [B] 20", "  v/Speed 1 2", "  Torque/Torque 0 0",  //
                      "Brake/Brake [A] 0", "  Speed/Speed 0 0",                      //
                      "long/Again [B] 20", "  v/Speed 1 2", "  Gear/Gear 0 0"}));
+}
+
+// The first value of an object stays, and with several messages of one identifier it stays for all of them.
+TEST(WellKnownAttributes, FirstValueStays) {
+    SmallDatabase database;
+    database.AddMessage(100, "Again", {"Speed", "Gear", "Speed"});
+    database.Apply({"BA_DEF_ BO_ \"Kestrune_Msg_Name\" STRING;", "BA_DEF_ BO_ \"GenMsgCycleTime\" INT 0 99;",
+                    "BA_DEF_DEF_ \"GenMsgCycleTime\" 7;", "BA_DEF_ BO_ \"GenMsgSendType\" ENUM \"A\",\"B\",\"C\";",
+                    "BA_DEF_ SG_ \"Kestrune_Sig_Name\" STRING;", "BA_DEF_ SG_ \"GenSigStartValue\" INT 0 9;",
+                    "BA_DEF_DEF_ \"GenSigStartValue\" 8;", "BA_DEF_ SG_ \"GenSigInactiveValue\" INT 0 9;",
+                    "BA_ \"Kestrune_Msg_Name\" BO_ 100 \"first\";", "BA_ \"Kestrune_Msg_Name\" BO_ 100 \"second\";",
+                    // One that the definition does not take is no value.
+                    "BA_ \"GenMsgCycleTime\" BO_ 100 100;", "BA_ \"GenMsgCycleTime\" BO_ 100 0;",
+                    "BA_ \"GenMsgCycleTime\" BO_ 100 20;", "BA_ \"GenMsgSendType\" BO_ 100 2;",
+                    "BA_ \"GenMsgSendType\" BO_ 200 1;", "BA_ \"GenMsgSendType\" BO_ 100 1;",
+                    "BA_ \"Kestrune_Sig_Name\" SG_ 100 Speed \"v\";", "BA_ \"GenSigStartValue\" SG_ 100 Speed 1;",
+                    "BA_ \"GenSigInactiveValue\" SG_ 100 Speed 2;", "BA_ \"GenSigStartValue\" SG_ 200 Speed 4;",
+                    "BA_ \"GenSigStartValue\" SG_ 100 Gear 5;", "BA_ \"GenSigStartValue\" SG_ 100 Speed 3;",
+                    "BA_ \"GenSigInactiveValue\" SG_ 100 Speed 0;", "BA_ \"Kestrune_Sig_Name\" SG_ 100 Speed \"w\";",
+                    "BA_ \"GenSigStartValue\" SG_ 100 Gear 6;"});
+    EXPECT_EQ(DescribeAttributed(database.data),
+              (Texts{"first/Engine [C] 0", "  v/Speed 1 2", "  Torque/Torque 8 0",  //
+                     "Brake/Brake [B] 7", "  Speed/Speed 4 0",                      //
+                     "first/Again [C] 0", "  v/Speed 1 2", "  Gear/Gear 5 0", "  v/Speed 1 2"}));
+}
+
+// Signals of different names can have one identifier name; the values mean all of them.
+TEST(WellKnownAttributes, FirstValueOfAnIdentifierNameStays) {
+    SmallDatabase database;
+    for (int copy = 0; copy < 2; ++copy) {
+        CANMessage& message = database.AddMessage(300, "Alike", {"My Sig", "My_Sig", "My-Sig", "Other"});
+        for (size_t i = 0; i < 3; ++i) {
+            message.signals[i]->identifierName = "My_Sig";
+        }
+    }
+    database.Apply({"BA_DEF_ SG_ \"Kestrune_Sig_Name\" STRING;", "BA_DEF_ SG_ \"GenSigStartValue\" INT 0 9;",
+                    "BA_ \"GenSigStartValue\" SG_ 300 My_Sig 0;", "BA_ \"Kestrune_Sig_Name\" SG_ 300 My_Sig \"one\";",
+                    "BA_ \"GenSigStartValue\" SG_ 300 My_Sig 4;", "BA_ \"Kestrune_Sig_Name\" SG_ 300 My_Sig \"two\";",
+                    "BA_ \"GenSigStartValue\" SG_ 300 Other 5;"});
+    for (size_t message = 2; message < 4; ++message) {
+        for (size_t i = 0; i < 3; ++i) {
+            EXPECT_EQ(database.Signal(message, i).name, "one") << message << ", " << i;
+            EXPECT_EQ(database.Signal(message, i).startValue, 0U) << message << ", " << i;
+        }
+        EXPECT_EQ(database.Signal(message, 3).name, "Other");
+        EXPECT_EQ(database.Signal(message, 3).startValue, 5U);
+    }
 }
 
 TEST(WellKnownAttributes, OfOtherNamesDoNothing) {

@@ -17,6 +17,7 @@
 #include "dbc/reading.h"
 #include "io/dbc_file_stream.h"
 #include "model/can_database.h"
+#include "model/own_arena.h"
 #include "model/records.h"
 
 namespace tabrin {
@@ -115,7 +116,7 @@ inline CANSignal& AddSignal(CANMessage& message, const SignalFields& fields = {}
     record.offset = fields.offset;
     record.minimum = fields.minimum;
     record.maximum = fields.maximum;
-    auto signal = std::make_shared<CANSignal>();
+    auto signal = std::make_shared<OwnSignal>();
     if (!signal->SetFromRecord(&record)) {
         throw std::runtime_error("refused: signal " + fields.name);
     }

@@ -1,65 +1,127 @@
 #include "io/byte_block.h"
 
+#include <algorithm>
+#include <array>
+
 #include "io/char_set.h"
 #include "io/io_test_support.h"
 
 namespace tabrin {
 namespace {
 
-// The bytes that have a mark, as a number with one bit for each.
-unsigned MarkedBytes(uint64_t marks) {
-    EXPECT_EQ(marks & 0x7F7F7F7F7F7F7F7F, 0U);
-    unsigned bytes = 0;
-    for (unsigned i = 0; i < 8; ++i) {
-        bytes |= static_cast<unsigned>((marks >> (8 * i + 7)) & 1U) << i;
-    }
-    return bytes;
+constexpr size_t kSize = 16;
+
+struct Range {
+    char least;
+    char most;
+};
+
+// Those that the callers ask for, the whole of all bytes, and some across the middle.
+constexpr Range kRanges[] = {{'\t', '\r'},   {' ', ' '},     {'0', '9'},       {'A', 'Z'},       {'_', '_'},
+                             {'a', 'z'},     {'\0', '\x1F'}, {'\0', ' '},      {'\x7F', '\x80'}, {'`', '\xA0'},
+                             {'\0', '\xFF'}, {'\0', '\0'},   {'\xFF', '\xFF'}, {'\x80', '\xFF'}};
+
+bool IsIn(Range range, int byte) {
+    return static_cast<unsigned char>(range.least) <= byte && byte <= static_cast<unsigned char>(range.most);
 }
 
-// Every byte in every place, among others that have no mark.
-TEST(ByteBlock, MarksEveryByteInEveryPlace) {
-    for (int value = 0; value < 256; ++value) {
-        for (unsigned place = 0; place < 8; ++place) {
-            SCOPED_TRACE(std::to_string(value) + " in place " + std::to_string(place));
-            char text[8] = {'a', 'a', 'a', 'a', 'a', 'a', 'a', 'a'};
-            text[place] = static_cast<char>(value);
-            const uint64_t block = LoadBytes(text);
-            const unsigned here = 1U << place;
-            EXPECT_EQ(MarkedBytes(BytesBeyondAscii(block)), value >= 0x80 ? here : 0U);
-            EXPECT_EQ(MarkedBytes(BytesUpTo(block, ' ')), value <= 0x20 ? here : 0U);
-            EXPECT_EQ(MarkedBytes(BytesUpTo(block, '\x1F')), value <= 0x1F ? here : 0U);
-            EXPECT_EQ(MarkedBytes(BytesEqual(block, '_')), value == 0x5F ? here : 0U);
-            EXPECT_EQ(MarkedBytes(BytesEqual(block, '\x7F')), value == 0x7F ? here : 0U);
+template <typename Block>
+class ByteBlocks : public testing::Test {};
+
+#ifdef TABRIN_HAS_SSE2
+using BlockTypes = testing::Types<PlainByteBlock, SseByteBlock>;
+#else
+using BlockTypes = testing::Types<PlainByteBlock>;
+#endif
+
+class BlockName {
+public:
+    template <typename Block>
+    static std::string GetName(int) {
+        return std::is_same_v<Block, PlainByteBlock> ? "Plain" : "Sse";
+    }
+};
+
+TYPED_TEST_SUITE(ByteBlocks, BlockTypes, BlockName);
+
+TYPED_TEST(ByteBlocks, HaveSixteenBytes) {
+    EXPECT_EQ(TypeParam::kSize, kSize);
+    EXPECT_EQ(kEveryByte, 65535U);
+}
+
+// Every byte in every place, among others that are never meant and among others that always are.
+TYPED_TEST(ByteBlocks, MarkEveryByteInEveryPlace) {
+    for (const Range range : kRanges) {
+        for (int byte = 0; byte < 256; ++byte) {
+            for (size_t place = 0; place < kSize; ++place) {
+                for (int other = 0; other < 256; other += 51) {
+                    std::array<char, kSize> text;
+                    text.fill(static_cast<char>(other));
+                    text[place] = static_cast<char>(byte);
+                    const uint32_t here = 1U << place;
+                    const uint32_t expected =
+                        (IsIn(range, other) ? 0xFFFFU & ~here : 0U) | (IsIn(range, byte) ? here : 0U);
+                    ASSERT_EQ(TypeParam(text.data()).Between(range.least, range.most), expected)
+                        << byte << " in place " << place << " among " << other << ", "
+                        << static_cast<int>(static_cast<unsigned char>(range.least)) << " to "
+                        << static_cast<int>(static_cast<unsigned char>(range.most));
+                }
+            }
         }
     }
 }
 
-TEST(ByteBlock, MissesNothingAndMarksInVainOnlyBehindAMark) {
+TYPED_TEST(ByteBlocks, MarkWhatIsBeyondAsciiInEveryPlace) {
+    for (int byte = 0; byte < 256; ++byte) {
+        for (size_t place = 0; place < kSize; ++place) {
+            const uint32_t here = 1U << place;
+            std::array<char, kSize> text;
+            text.fill('a');
+            text[place] = static_cast<char>(byte);
+            ASSERT_EQ(TypeParam(text.data()).BeyondAscii(), byte >= 128 ? here : 0U) << byte << " in place " << place;
+            text.fill('\xC3');
+            text[place] = static_cast<char>(byte);
+            ASSERT_EQ(TypeParam(text.data()).BeyondAscii(), byte >= 128 ? 0xFFFFU : 0xFFFFU - here)
+                << byte << " in place " << place;
+        }
+    }
+}
+
+// The text may begin anywhere, and nothing behind its sixteen bytes matters.
+TYPED_TEST(ByteBlocks, BeginAtAnyAddress) {
+    for (size_t offset = 0; offset < kSize; ++offset) {
+        std::string text(3 * kSize, '_');
+        text.replace(offset, kSize, "__a_____________");
+        EXPECT_EQ(TypeParam(text.data() + offset).Between('_', '_'), 0xFFFBU) << offset;
+    }
+}
+
+#ifdef TABRIN_HAS_SSE2
+TEST(ByteBlock, BothKindsAgreeOnRandomBytes) {
     Random random(4);
-    for (int round = 0; round < 100000; ++round) {
-        static constexpr char kBytes[] = {' ', '!', '\0', '\x01', '_', '`', '^', 'a', '\x7F', '\x80', '\xFF', '\x1F'};
-        char text[8];
-        unsigned blanks = 0;
-        unsigned underscores = 0;
-        for (unsigned i = 0; i < 8; ++i) {
-            text[i] = kBytes[random.Below(std::size(kBytes))];
-            blanks |= (static_cast<unsigned char>(text[i]) <= 0x20 ? 1U : 0U) << i;
-            underscores |= (text[i] == '_' ? 1U : 0U) << i;
+    for (int round = 0; round < 200000; ++round) {
+        std::array<char, kSize> text;
+        for (char& c : text) {
+            c = static_cast<char>(random.Below(256));
         }
-        const unsigned blankMarks = MarkedBytes(BytesUpTo(LoadBytes(text), ' '));
-        const unsigned underscoreMarks = MarkedBytes(BytesEqual(LoadBytes(text), '_'));
-        ASSERT_EQ(blankMarks & blanks, blanks) << Shown({text, 8});
-        ASSERT_EQ(blankMarks & ~blanks & ~(blankMarks << 1), 0U) << Shown({text, 8});
-        ASSERT_EQ(underscoreMarks & underscores, underscores) << Shown({text, 8});
-        ASSERT_EQ(underscoreMarks & ~underscores & ~(underscoreMarks << 1), 0U) << Shown({text, 8});
+        const auto a = static_cast<unsigned char>(random.Below(256));
+        const auto b = static_cast<unsigned char>(random.Below(256));
+        const Range range = {static_cast<char>(std::min(a, b)), static_cast<char>(std::max(a, b))};
+        const PlainByteBlock plain(text.data());
+        const SseByteBlock sse(text.data());
+        ASSERT_EQ(sse.Between(range.least, range.most), plain.Between(range.least, range.most))
+            << Shown({text.data(), kSize}) << " from " << int{a} << " and " << int{b};
+        ASSERT_EQ(sse.BeyondAscii(), plain.BeyondAscii()) << Shown({text.data(), kSize});
     }
 }
+#endif
 
-TEST(ByteBlock, FirstMarkIsTheOneOfTheFirstByte) {
-    EXPECT_EQ(FirstMarked(BytesEqual(LoadBytes("_aaaaaaa"), '_')), 0U);
-    EXPECT_EQ(FirstMarked(BytesEqual(LoadBytes("a_aaaaaa"), '_')), 1U);
-    EXPECT_EQ(FirstMarked(BytesEqual(LoadBytes("aaa_a_aa"), '_')), 3U);
-    EXPECT_EQ(FirstMarked(BytesEqual(LoadBytes("aaaaaaa_"), '_')), 7U);
+TEST(ByteBlock, FirstMarkIsTheLowest) {
+    for (size_t place = 0; place < kSize; ++place) {
+        EXPECT_EQ(FirstMarked(1U << place), place);
+        EXPECT_EQ(FirstMarked((kEveryByte << place) & kEveryByte), place);
+        EXPECT_EQ(FirstMarked((1U << place) | 0x8000U), place);
+    }
 }
 
 TEST(CharSet, HasItsMembersOnly) {

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "io/text_number.h"
+
 #ifndef TABRIN_TEMP_DIR
 #define TABRIN_TEMP_DIR "."
 #endif
@@ -84,5 +86,12 @@ public:
 private:
     uint64_t state_;
 };
+
+// The number as files have it.
+template <typename Number>
+void AppendNumber(std::string& text, Number value) {
+    char buffer[kLongestNumber];
+    text.append(buffer, FormatNumber(buffer, value));
+}
 
 }  // namespace tabrin

@@ -84,6 +84,76 @@ TEST(FindKeyword, AgreesWithComparingEachTokenWithEachKeyword) {
     EXPECT_LT(hits, 19000U);
 }
 
+// A keyword in every place of texts of every length from which a block more or less is looked at.
+TEST(FindKeyword, FindsAKeywordWhereverItStandsInAShortText) {
+    for (size_t size = 1; size <= 40; ++size) {
+        for (const std::string_view keyword : {"BO_", "VERSION", "FILTER", "SIGTYPE_VALTYPE_"}) {
+            // Of the fillers, three end like keywords do.
+            for (const std::string_view filler : {"x", "_", "N", "X_ ", "P ", " ", "\n", "\x1F"}) {
+                for (size_t start = 0; start + keyword.size() + 1 <= size; ++start) {
+                    std::string text;
+                    while (text.size() < size) {
+                        text += filler;
+                    }
+                    text.resize(size);
+                    text.replace(start, keyword.size(), keyword);
+                    text[start + keyword.size()] = ' ';
+                    if (start != 0) {
+                        text[start - 1] = '\t';
+                    }
+                    KeywordHit hit;
+                    ASSERT_TRUE(FindKeyword(text, 0, hit)) << Shown(text);
+                    ASSERT_EQ(hit.keyword->text, keyword) << Shown(text);
+                    ASSERT_EQ(hit.start, start) << Shown(text);
+                    ASSERT_EQ(hit.end, start + keyword.size()) << Shown(text);
+                    // Behind it there is none.
+                    ASSERT_FALSE(FindKeyword(text, hit.end, hit)) << Shown(text);
+                    // Without a blank behind it, it is none.
+                    text[start + keyword.size()] = ':';
+                    ASSERT_FALSE(FindKeyword(text, 0, hit)) << Shown(text);
+                    text.resize(start + keyword.size());
+                    ASSERT_FALSE(FindKeyword(text, 0, hit)) << Shown(text);
+                }
+            }
+        }
+    }
+}
+
+TEST(FindKeyword, AgreesInTextsOfEveryLength) {
+    static constexpr std::string_view kWords[] = {"BO_", "SG_", "VERSION", "FILTER", "BA_DEF_DEF_REL_", "xBO_", "P",
+                                                  "O",   "_",   "^",       "x",      "SIGTYPE_VALTYPE_"};
+    Random random(6);
+    size_t hits = 0;
+    for (size_t size = 1; size <= 80; ++size) {
+        for (int round = 0; round < 300; ++round) {
+            std::string text;
+            while (text.size() < size) {
+                text += kWords[random.Below(std::size(kWords))];
+                text += " \n\x1F:"[random.Below(4)];
+            }
+            text.resize(size);
+            size_t from = 0;
+            for (;;) {
+                size_t index = 0;
+                size_t start = 0;
+                size_t end = 0;
+                const bool expected = NaiveFindKeyword(text, from, index, start, end);
+                KeywordHit hit;
+                ASSERT_EQ(FindKeyword(text, from, hit), expected) << Shown(text) << " at " << from;
+                if (!expected) {
+                    break;
+                }
+                ASSERT_EQ(hit.keyword->text, NaiveKeywords()[index].text) << Shown(text) << " at " << from;
+                ASSERT_EQ(hit.start, start) << Shown(text) << " at " << from;
+                ASSERT_EQ(hit.end, end) << Shown(text) << " at " << from;
+                from = end;
+                ++hits;
+            }
+        }
+    }
+    EXPECT_GT(hits, 10000U);
+}
+
 // Reads a file with that content both ways; how many statements there were is added to `count`.
 void Compare(const std::string& bytes, size_t& count) {
     const std::string path = TempPath("dbc");

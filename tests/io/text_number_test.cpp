@@ -402,6 +402,218 @@ void CheckPointIsAPoint() {
     EXPECT_EQ(text, "1234567.5 1234567 -1234567");
 }
 
+// --- Digits, and numbers in front of a delimiter
+
+TEST(TakeDigits, TakesThoseAtTheFront) {
+    const struct {
+        std::string_view text;
+        uint64_t before;
+        size_t count;
+        uint64_t number;
+        std::string_view rest;
+    } rows[] = {
+        {"", 0, 0, 0, ""},
+        {"x1", 0, 0, 0, "x1"},
+        {" 1", 0, 0, 0, " 1"},
+        {"-1", 0, 0, 0, "-1"},
+        {"0", 0, 1, 0, ""},
+        {"007x", 0, 3, 7, "x"},
+        {"12.5", 0, 2, 12, ".5"},
+        {"9:", 0, 1, 9, ":"},
+        {"1/", 0, 1, 1, "/"},
+        {"34", 12, 2, 1234, ""},
+        {"x", 12, 0, 12, "x"},
+        {"1\x002"sv, 0, 1, 1, "\x002"sv},
+        {"9999999999999999999", 0, 19, 9999999999999999999U, ""},
+        {"18446744073709551615", 0, 20, 18446744073709551615U, ""},
+        // What follows counts from 0 again.
+        {"18446744073709551616", 0, 20, 0, ""},
+        {"18446744073709551623", 0, 20, 7, ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(Shown(row.text));
+        std::string_view text = row.text;
+        uint64_t number = row.before;
+        EXPECT_EQ(TakeDigits(text, number), row.count);
+        EXPECT_EQ(number, row.number);
+        EXPECT_EQ(text, row.rest);
+    }
+}
+
+template <typename Number>
+struct UntilRow {
+    std::string_view text;
+    size_t pos;
+    char delimiter;
+    bool taken;
+    Number value;
+    size_t found;
+};
+
+TEST(U32UntilChar, IsTheNumberInFrontOfTheDelimiter) {
+    const UntilRow<uint32_t> rows[] = {
+        {"12|8@", 0, '|', true, 12, 2},
+        {"12|8@", 1, '|', true, 2, 2},
+        {"12|8@", 3, '@', true, 8, 4},
+        {"12|8@", 0, '@', true, 12, 4},
+        {"0|", 0, '|', true, 0, 1},
+        {"1|2|", 0, '|', true, 1, 1},
+        {" \t\n7|", 0, '|', true, 7, 4},
+        {"7 |", 0, '|', true, 7, 2},
+        {"1 2|", 0, '|', true, 1, 3},
+        {"12x|", 0, '|', true, 12, 3},
+        {"12.5|", 0, '|', true, 12, 4},
+        {"+5|", 0, '|', true, 5, 2},
+        {"-1|", 0, '|', true, 4294967295U, 2},
+        {"0000000012|", 0, '|', true, 12, 10},
+        {"123456789|", 0, '|', true, 123456789, 9},
+        {"999999999|", 0, '|', true, 999999999, 9},
+        {"1234567890|", 0, '|', true, 1234567890, 10},
+        {"4294967295|", 0, '|', true, 4294967295U, 10},
+        {"4294967296|", 0, '|', false, 0, 10},
+        {"99999999999999999999|", 0, '|', false, 0, 20},
+        {"18446744073709551617|", 0, '|', false, 0, 20},
+        {"|", 0, '|', false, 0, 0},
+        {" |", 0, '|', false, 0, 1},
+        {"|5|", 0, '|', false, 0, 0},
+        {"x5|", 0, '|', false, 0, 2},
+        {"- 5|", 0, '|', false, 0, 3},
+        {"--5|", 0, '|', false, 0, 3},
+        // Without a delimiter there is no number.
+        {"", 0, '|', false, 0, kNpos},
+        {"12", 0, '|', false, 0, kNpos},
+        {"12 ", 0, '|', false, 0, kNpos},
+        {"12|", 2, '@', false, 0, kNpos},
+        {"12|", 3, '|', false, 0, kNpos},
+        {"12|", 4, '|', false, 0, kNpos},
+        {"12|", kNpos, '|', false, 0, kNpos},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(Shown(row.text) + " from " + std::to_string(row.pos) + " to " + row.delimiter);
+        uint32_t value = 77;
+        size_t found = 77;
+        EXPECT_EQ(U32UntilChar(row.text, row.pos, row.delimiter, value, found), row.taken);
+        EXPECT_EQ(value, row.value);
+        EXPECT_EQ(found, row.found);
+    }
+}
+
+TEST(DoubleUntilChar, IsTheNumberInFrontOfTheDelimiter) {
+    const UntilRow<double> rows[] = {
+        {"0.5,-40)", 0, ',', true, 0.5, 3},
+        {"0.5,-40)", 4, ')', true, -40.0, 7},
+        {"0.5,-40)", 0, ')', true, 0.5, 7},
+        {"1,", 0, ',', true, 1.0, 1},
+        {" \t1,", 0, ',', true, 1.0, 3},
+        {"1 ,", 0, ',', true, 1.0, 2},
+        {"+1.25,", 0, ',', true, 1.25, 5},
+        {"-1.25,", 0, ',', true, -1.25, 5},
+        {".5,", 0, ',', true, 0.5, 2},
+        {"5.,", 0, ',', true, 5.0, 2},
+        {"-.5,", 0, ',', true, -0.5, 3},
+        {"0.001,", 0, ',', true, 0.001, 5},
+        {"8031.875]", 0, ']', true, 8031.875, 8},
+        {"1;2,", 0, ',', true, 1.0, 3},
+        {"1.5.2,", 0, ',', true, 1.5, 5},
+        {"1e3,", 0, ',', true, 1000.0, 3},
+        {"1E-2,", 0, ',', true, 0.01, 4},
+        {"0x10,", 0, ',', true, 16.0, 4},
+        {"12x,", 0, ',', true, 12.0, 3},
+        {"123456789012345,", 0, ',', true, 123456789012345.0, 15},
+        {"1234567890123456,", 0, ',', true, 1234567890123456.0, 16},
+        {"0.000000000000001,", 0, ',', true, 1e-15, 17},
+        {"-inf,", 0, ',', true, -std::numeric_limits<double>::infinity(), 4},
+        {",", 0, ',', false, 0.0, 0},
+        {" ,", 0, ',', false, 0.0, 1},
+        {".,", 0, ',', false, 0.0, 1},
+        {"-,", 0, ',', false, 0.0, 1},
+        {"x,", 0, ',', false, 0.0, 1},
+        {"--5,", 0, ',', false, 0.0, 3},
+        {"+-5,", 0, ',', false, 0.0, 3},
+        {"- 5,", 0, ',', false, 0.0, 3},
+        {"1e999,", 0, ',', false, 0.0, 5},
+        {"1e-999,", 0, ',', false, 0.0, 6},
+        {"", 0, ',', false, 0.0, kNpos},
+        {"0.5", 0, ',', false, 0.0, kNpos},
+        {"0.5,", 3, ')', false, 0.0, kNpos},
+        {"0.5,", 4, ',', false, 0.0, kNpos},
+        {"0.5,", 5, ',', false, 0.0, kNpos},
+        {"0.5,", kNpos, ',', false, 0.0, kNpos},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(Shown(row.text) + " from " + std::to_string(row.pos) + " to " + row.delimiter);
+        double value = 77.0;
+        size_t found = 77;
+        EXPECT_EQ(DoubleUntilChar(row.text, row.pos, row.delimiter, value, found), row.taken);
+        EXPECT_EQ(value, row.value);
+        EXPECT_EQ(found, row.found);
+    }
+}
+
+TEST(DoubleUntilChar, KeepsTheSignOfZero) {
+    double value = 77.0;
+    size_t found = 77;
+    EXPECT_TRUE(DoubleUntilChar("-0,", 0, ',', value, found));
+    EXPECT_TRUE(value == 0.0 && std::signbit(value));
+    EXPECT_TRUE(DoubleUntilChar("0,", 0, ',', value, found));
+    EXPECT_TRUE(value == 0.0 && !std::signbit(value));
+}
+
+TEST(DoubleUntilChar, TakesNotANumber) {
+    double value = 77.0;
+    size_t found = 77;
+    EXPECT_TRUE(DoubleUntilChar("nan,", 0, ',', value, found));
+    EXPECT_TRUE(std::isnan(value));
+    EXPECT_EQ(found, 3U);
+}
+
+std::string RandomNumberText(Random& random) {
+    static constexpr std::string_view kCharacters = "01234567899901......-+ \teEx";
+    std::string text;
+    for (size_t i = random.Below(6); i > 0; --i) {
+        for (size_t length = random.Below(12); length > 0; --length) {
+            text += kCharacters[random.Below(random.Below(2) == 0 ? 14 : kCharacters.size())];
+        }
+        text += "|@,)]"[random.Below(5)];
+    }
+    return text;
+}
+
+// They only save the way: what counts is the text up to the delimiter.
+TEST(NumbersUntilChar, AreThoseOfTheTextUntilThere) {
+    Random random(5);
+    size_t whole = 0;
+    size_t fractions = 0;
+    for (int round = 0; round < 100000; ++round) {
+        const std::string text = RandomNumberText(random);
+        const size_t pos = random.Below(text.size() + 2);
+        const char delimiter = "|@,)]"[random.Below(5)];
+        size_t expectedFound = 77;
+        const std::string_view number = TextUntilChar(text, pos, delimiter, expectedFound);
+        uint32_t expectedU32 = 77;
+        double expected = 77.0;
+        const bool isU32 = ToU32(number, expectedU32);
+        const bool isDouble = ToDouble(number, expected);
+
+        SCOPED_TRACE(Shown(text) + " from " + std::to_string(pos) + " to " + delimiter);
+        uint32_t u32 = 78;
+        size_t found = 78;
+        ASSERT_EQ(U32UntilChar(text, pos, delimiter, u32, found), isU32);
+        ASSERT_EQ(u32, expectedU32);
+        ASSERT_EQ(found, expectedFound);
+        double value = 78.0;
+        found = 78;
+        ASSERT_EQ(DoubleUntilChar(text, pos, delimiter, value, found), isDouble);
+        ASSERT_EQ(value, expected);
+        ASSERT_EQ(std::signbit(value), std::signbit(expected));
+        ASSERT_EQ(found, expectedFound);
+        whole += isU32 ? 1 : 0;
+        fractions += isDouble && value != std::floor(value) ? 1 : 0;
+    }
+    EXPECT_GT(whole, 10000U);
+    EXPECT_GT(fractions, 2000U);
+}
+
 TEST(Numbers, DoNotDependOnTheLocaleOfStreams) {
     const std::locale before = std::locale::global(std::locale(std::locale::classic(), new CommaPoint));
     CheckPointIsAPoint();

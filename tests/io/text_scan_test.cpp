@@ -18,6 +18,31 @@ TEST(Digits, AreTheTenOfTheClassicLocale) {
     }
 }
 
+TEST(TakeBlanks, TakesThoseAtTheFront) {
+    const struct {
+        std::string_view text;
+        std::string_view rest;
+    } rows[] = {
+        {"", ""},
+        {" ", ""},
+        {" \f\n\r\t\v", ""},
+        {"a", "a"},
+        {"a b ", "a b "},
+        {"  a b ", "a b "},
+        {"\t\n7|", "7|"},
+        {"\0 a"sv, "\0 a"sv},
+        {"\x08 a", "\x08 a"},
+        {"\xA0 a", "\xA0 a"},
+        {"\x85 a", "\x85 a"},
+    };
+    for (const auto& row : rows) {
+        std::string_view text = row.text;
+        TakeBlanks(text);
+        EXPECT_EQ(text, row.rest) << Shown(row.text);
+        EXPECT_EQ(text.data(), row.text.data() + row.text.size() - row.rest.size()) << Shown(row.text);
+    }
+}
+
 struct KeywordRow {
     std::string_view text;
     std::string_view keyword;

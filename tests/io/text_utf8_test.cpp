@@ -7,6 +7,32 @@
 namespace tabrin {
 namespace {
 
+TEST(IsAscii, LooksAtEveryByte) {
+    for (size_t size = 0; size <= 50; ++size) {
+        std::string text(size, 'a');
+        EXPECT_TRUE(IsAscii(text)) << size;
+        for (size_t place = 0; place < size; ++place) {
+            for (const char byte : {'\0', '\x01', '\x7F'}) {
+                text[place] = byte;
+                EXPECT_TRUE(IsAscii(text)) << Shown(text);
+            }
+            for (const char byte : {'\x80', '\xC3', '\xFF'}) {
+                text[place] = byte;
+                EXPECT_FALSE(IsAscii(text)) << Shown(text);
+            }
+            text[place] = 'a';
+        }
+    }
+}
+
+// What stands beside the text does not count.
+TEST(IsAscii, LooksAtNothingElse) {
+    for (size_t size = 0; size <= 50; ++size) {
+        const std::string text = "\xFF" + std::string(size, 'a') + std::string(20, '\xFF');
+        EXPECT_TRUE(IsAscii(std::string_view(text).substr(1, size))) << size;
+    }
+}
+
 struct InvalidRow {
     std::string_view text;
     size_t index;

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -247,8 +248,8 @@ TEST(AttributeValues, FirstOneOfAKeyWins) {
     store.AddValue(IntValue("Name", Object::Message, 100, "", 5));
     store.AddValue(IntValue("Name", Object::Message, 100, "", 6));
     EXPECT_EQ(AttributeTexts(store.Values()), Texts{"Message Int Name 0..100 id=100 int=5"});
-    const Attribute* found = store.FindValue(IntValue("Name", Object::Message, 100, "", 0), Type::Int);
-    ASSERT_NE(found, nullptr);
+    const std::optional<Attribute> found = store.FindValue(IntValue("Name", Object::Message, 100, "", 0), Type::Int);
+    ASSERT_TRUE(found.has_value());
     EXPECT_EQ(found->intValue, 5);
 }
 
@@ -307,7 +308,7 @@ TEST(AttributeValues, AreFoundByEverythingThatTellsThemApart) {
         Attribute probe = IntValue(row.name, row.objectType, row.id, row.signal, 0);
         for (const Type own : kValueTypes) {
             probe.valueType = own;
-            EXPECT_EQ(store.FindValue(probe, row.valueType) != nullptr, row.found);
+            EXPECT_EQ(store.FindValue(probe, row.valueType).has_value(), row.found);
         }
     }
 }
@@ -324,8 +325,9 @@ TEST(AttributeValues, GoByTheWholeUnsignedIdentifier) {
     } rows[] = {{2147483748U, 1}, {100, 2}, {4294967295U, 3}, {2147483648U, 0}, {0, 0}, {21474837, 0}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.id);
-        const Attribute* found = store.FindValue(IntValue("Name", Object::Signal, row.id, "S", 0), Type::Int);
-        EXPECT_EQ(found != nullptr ? found->intValue : 0, row.expected);
+        const std::optional<Attribute> found =
+            store.FindValue(IntValue("Name", Object::Signal, row.id, "S", 0), Type::Int);
+        EXPECT_EQ(found.has_value() ? found->intValue : 0, row.expected);
     }
 }
 
@@ -349,11 +351,11 @@ TEST(AttributeValues, AreFoundAmongMany) {
     }
     EXPECT_EQ(store.Values().size(), 3000U);
     for (uint32_t id = 0; id < 1000; ++id) {
-        const Attribute* found = store.FindValue(IntValue("Name", Object::Signal, id, "B", 0), Type::Int);
-        ASSERT_NE(found, nullptr) << id;
+        const std::optional<Attribute> found = store.FindValue(IntValue("Name", Object::Signal, id, "B", 0), Type::Int);
+        ASSERT_TRUE(found.has_value()) << id;
         EXPECT_EQ(found->intValue, static_cast<int32_t>(id) + 'B');
     }
-    EXPECT_EQ(store.FindValue(IntValue("Name", Object::Signal, 1000, "B", 0), Type::Int), nullptr);
+    EXPECT_FALSE(store.FindValue(IntValue("Name", Object::Signal, 1000, "B", 0), Type::Int).has_value());
 }
 
 TEST(AttributeValues, AreNoDefinitions) {
@@ -361,7 +363,7 @@ TEST(AttributeValues, AreNoDefinitions) {
     store.AddValue(IntValue("Value", Object::General, 0, "", 1));
     store.AddDefinition(IntValue("Definition", Object::General, 0, "", 1));
     EXPECT_EQ(store.FindDefinition(IntValue("Value", Object::General, 0, "", 0), Type::Int), nullptr);
-    EXPECT_EQ(store.FindValue(IntValue("Definition", Object::General, 0, "", 0), Type::Int), nullptr);
+    EXPECT_FALSE(store.FindValue(IntValue("Definition", Object::General, 0, "", 0), Type::Int).has_value());
     EXPECT_EQ(store.Definitions().size(), 1U);
     EXPECT_EQ(store.Values().size(), 1U);
 }
@@ -433,7 +435,7 @@ TEST(AttributeStore, ClearForgetsDefinitionsAndValues) {
     EXPECT_TRUE(store.Definitions().empty());
     EXPECT_TRUE(store.Values().empty());
     EXPECT_EQ(store.FindDefinition(attribute, Type::Int), nullptr);
-    EXPECT_EQ(store.FindValue(attribute, Type::Int), nullptr);
+    EXPECT_FALSE(store.FindValue(attribute, Type::Int).has_value());
 }
 
 TEST(AttributeStore, TakesTheSameKeysAgainOnceCleared) {

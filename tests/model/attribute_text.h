@@ -35,7 +35,7 @@ inline std::string AttributeText(const Attribute& attribute) {
         text += " id=" + std::to_string(attribute.objectId);
     }
     if (!attribute.signalName.empty()) {
-        text += " signal=" + attribute.signalName;
+        text.append(" signal=").append(attribute.signalName);
     }
     if (attribute.intValue != 0) {
         text += " int=" + std::to_string(attribute.intValue);
@@ -44,7 +44,7 @@ inline std::string AttributeText(const Attribute& attribute) {
         text += " index=" + std::to_string(attribute.enumIndex);
     }
     if (!attribute.stringValue.empty()) {
-        text += " text=[" + attribute.stringValue + "]";
+        text.append(" text=[").append(attribute.stringValue).append("]");
     }
     return text;
 }
@@ -54,6 +54,15 @@ inline std::vector<std::string> AttributeTexts(const std::vector<std::shared_ptr
     texts.reserve(attributes.size());
     for (const std::shared_ptr<Attribute>& attribute : attributes) {
         texts.push_back(AttributeText(*attribute));
+    }
+    return texts;
+}
+
+inline std::vector<std::string> AttributeTexts(const std::vector<Attribute>& attributes) {
+    std::vector<std::string> texts;
+    texts.reserve(attributes.size());
+    for (const Attribute& attribute : attributes) {
+        texts.push_back(AttributeText(attribute));
     }
     return texts;
 }

@@ -10,19 +10,21 @@
 #include <string_view>
 #include <vector>
 
+#include "model/arena_level.h"
+#include "model/own_arena.h"
 #include "model/records.h"
 
 namespace tabrin {
 namespace {
 
 std::shared_ptr<CANMessage> MakeMessage(uint32_t id) {
-    auto message = std::make_shared<CANMessage>();
+    auto message = std::make_shared<OwnMessage>();
     message->invalid = false;
     message->id = id;
     return message;
 }
 
-Attribute MakeAttribute(const std::string& name) {
+Attribute MakeAttribute(const char* name) {
     Attribute attribute;
     attribute.name = name;
     return attribute;
@@ -94,7 +96,7 @@ TEST(CanDatabase, ClearEmptiesTheAttributes) {
     EXPECT_TRUE(database.attributes.Definitions().empty());
     EXPECT_TRUE(database.attributes.Values().empty());
     EXPECT_EQ(database.attributes.FindDefinition(attribute, AttributeValueType::Int), nullptr);
-    EXPECT_EQ(database.attributes.FindValue(attribute, AttributeValueType::Int), nullptr);
+    EXPECT_FALSE(database.attributes.FindValue(attribute, AttributeValueType::Int).has_value());
 }
 
 TEST(CanDatabase, ClearTakesTheWellKnownAttributesOnly) {
@@ -159,7 +161,7 @@ TEST(CanDatabase, EndOfReadingLeavesMessagesAndErrors) {
 std::shared_ptr<CANMessage> MakeMessageWithSignals(uint32_t id, std::initializer_list<const char*> names) {
     auto message = MakeMessage(id);
     for (const char* name : names) {
-        message->signals.push_back(std::make_shared<CANSignal>());
+        message->signals.push_back(std::make_shared<OwnSignal>());
         message->signals.back()->nameAsRead = name;
     }
     return message;
@@ -260,6 +262,21 @@ TEST(CanDatabase, NothingIsAppendedFromBrokenText) {
         EXPECT_FALSE(database.AppendMessage(&record));
         EXPECT_TRUE(database.messages.empty());
     }
+}
+
+TEST(CanDatabase, MessagesThatAreRefusedGiveTheirMemoryBack) {
+    TABRIN_SKIP_WITHOUT_LEVELS();
+    CANDatabase database;
+    CanMessageData record = GivenRecord();
+    EXPECT_TRUE(database.AppendMessage(&record));
+    const char* level = LevelOf(database.arena);
+    EXPECT_FALSE(database.AppendMessage(nullptr));
+    EXPECT_EQ(LevelOf(database.arena), level);
+    SetField(record.comment, std::string(255, '\xFF'));
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_FALSE(database.AppendMessage(&record));
+    }
+    EXPECT_EQ(LevelOf(database.arena), level);
 }
 
 struct Recorded {

@@ -7,20 +7,23 @@
 #include <string>
 #include <vector>
 
+#include "model/arena_level.h"
 #include "model/can_signal.h"
+#include "model/own_arena.h"
+#include "model/records.h"
 #include "model/reset_state.h"
 
 namespace tabrin {
 namespace {
 
 TEST(CanMessage, NewMessageIsAsReset) {
-    const CANMessage message;
+    const OwnMessage message;
     ExpectReset(message);
     EXPECT_TRUE(message.parseErrors.empty());
 }
 
 TEST(CanMessage, ResetLeavesOnlyTheParseErrors) {
-    CANMessage message;
+    OwnMessage message;
     FillEveryField(message);
     message.Reset();
     ExpectReset(message);
@@ -28,9 +31,9 @@ TEST(CanMessage, ResetLeavesOnlyTheParseErrors) {
 }
 
 TEST(CanMessage, SignalsAreSharedAndKeptInOrder) {
-    CANMessage message;
-    const auto first = std::make_shared<CANSignal>();
-    const auto second = std::make_shared<CANSignal>();
+    OwnMessage message;
+    const auto first = std::make_shared<OwnSignal>();
+    const auto second = std::make_shared<OwnSignal>();
     message.AddSignal(first);
     message.AddSignal(second);
     message.AddSignal(first);
@@ -38,40 +41,127 @@ TEST(CanMessage, SignalsAreSharedAndKeptInOrder) {
 }
 
 TEST(CanMessage, SignalsBeyondTenThousandAreDropped) {
-    CANMessage message;
+    OwnMessage message;
     for (int i = 0; i < 9999; ++i) {
-        message.AddSignal(std::make_shared<CANSignal>());
+        message.AddSignal(std::make_shared<OwnSignal>());
     }
-    const auto last = std::make_shared<CANSignal>();
+    const auto last = std::make_shared<OwnSignal>();
     message.AddSignal(last);
     EXPECT_EQ(message.signals.size(), 10000U);
-    message.AddSignal(std::make_shared<CANSignal>());
+    message.AddSignal(std::make_shared<OwnSignal>());
     EXPECT_EQ(message.signals.size(), 10000U);
     EXPECT_EQ(message.signals.back(), last);
 }
 
+TEST(CanMessage, DroppedSignalIsTold) {
+    OwnMessage message;
+    message.signals.resize(9999);
+    EXPECT_TRUE(message.AddSignal(std::make_shared<OwnSignal>()));
+    EXPECT_FALSE(message.AddSignal(std::make_shared<OwnSignal>()));
+}
+
+CanSignalData GivenSignal() {
+    auto record = EmptyRecord<CanSignalData>();
+    SetField(record.name, "Engine speed");
+    SetField(record.unit, "rpm");
+    SetField(record.receivers, "A, B");
+    SetField(record.comment, "comment");
+    return record;
+}
+
+TEST(CanMessage, AppendedSignalBeyondTenThousandIsDropped) {
+    OwnMessage message;
+    message.signals.resize(9999);
+    const CanSignalData record = GivenSignal();
+    EXPECT_TRUE(message.AppendSignal(&record));
+    ASSERT_EQ(message.signals.size(), 10000U);
+    EXPECT_EQ(message.signals.back()->name, "Engine speed");
+    const auto last = message.signals.back();
+    EXPECT_TRUE(message.AppendSignal(&record));
+    EXPECT_EQ(message.signals.size(), 10000U);
+    EXPECT_EQ(message.signals.back(), last);
+}
+
+TEST(CanMessage, AppendedSignalsAreIntactOneBesideTheOther) {
+    OwnMessage message;
+    for (int i = 0; i < 500; ++i) {
+        CanSignalData record = GivenSignal();
+        SetField(record.name, "Signal " + std::to_string(i));
+        record.startBit = static_cast<uint32_t>(i);
+        EXPECT_TRUE(message.AppendSignal(&record));
+        SetField(record.comment, std::string(255, '\xFF'));
+        EXPECT_FALSE(message.AppendSignal(&record));
+    }
+    ASSERT_EQ(message.signals.size(), 500U);
+    for (size_t i = 0; i < 500; ++i) {
+        const CANSignal& signal = *message.signals[i];
+        EXPECT_EQ(signal.name, "Signal " + std::to_string(i));
+        EXPECT_EQ(signal.identifierName, "Signal_" + std::to_string(i));
+        EXPECT_EQ(signal.receivers.Joined(), "A,B");
+        EXPECT_EQ(signal.comment, "comment");
+        EXPECT_EQ(signal.startBit, i);
+    }
+}
+
+// Neither one beyond the limit nor one that is refused takes memory as long as the message lives.
+TEST(CanMessage, SignalsThatAreNotAddedGiveTheirMemoryBack) {
+    TABRIN_SKIP_WITHOUT_LEVELS();
+    OwnMessage message;
+    CanSignalData record = GivenSignal();
+    EXPECT_TRUE(message.AppendSignal(&record));
+    const char* level = LevelOf(message.GetArena());
+    EXPECT_FALSE(message.AppendSignal(nullptr));
+    EXPECT_EQ(LevelOf(message.GetArena()), level);
+    message.signals.resize(10000);
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_TRUE(message.AppendSignal(&record));
+    }
+    EXPECT_EQ(LevelOf(message.GetArena()), level);
+    SetField(record.comment, std::string(255, '\xFF'));
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_FALSE(message.AppendSignal(&record));
+    }
+    EXPECT_EQ(LevelOf(message.GetArena()), level);
+}
+
+TEST(CanMessage, PreparingForWritingAgainTakesNoMemory) {
+    TABRIN_SKIP_WITHOUT_LEVELS();
+    OwnMessage message;
+    for (int i = 0; i < 3; ++i) {
+        const CanSignalData record = GivenSignal();
+        EXPECT_TRUE(message.AppendSignal(&record));
+    }
+    EXPECT_TRUE(message.PrepareForWriting());
+    const char* level = LevelOf(message.GetArena());
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_TRUE(message.PrepareForWriting());
+    }
+    EXPECT_EQ(message.signals[2]->identifierName, "Engine_speed_0002");
+    EXPECT_EQ(LevelOf(message.GetArena()), level);
+}
+
 TEST(CanMessage, ResetMakesRoomForSignals) {
-    CANMessage message;
+    OwnMessage message;
     for (int i = 0; i < 10000; ++i) {
-        message.AddSignal(std::make_shared<CANSignal>());
+        message.AddSignal(std::make_shared<OwnSignal>());
     }
     message.Reset();
-    message.AddSignal(std::make_shared<CANSignal>());
+    message.AddSignal(std::make_shared<OwnSignal>());
     EXPECT_EQ(message.signals.size(), 1U);
 }
 
 TEST(CanMessage, CommentLineIsWrittenWhenThereIsAComment) {
-    CANMessage message;
+    OwnMessage message;
     message.invalid = false;
     message.id = 100;
     message.name = "Msg";
     message.identifierName = "Msg";
-    message.comment = "text";
+    message.AppendComment("text");
     EXPECT_EQ(message.WriteCommentLine(), "CM_ BO_ 100 \"text\";");
 }
 
 TEST(CanMessage, CommentLineIsEmptyWithoutAComment) {
-    CANMessage message;
+    OwnMessage message;
     message.invalid = false;
     message.id = 100;
     message.name = "Engine Data";
@@ -80,7 +170,7 @@ TEST(CanMessage, CommentLineIsEmptyWithoutAComment) {
 }
 
 TEST(CanMessage, LongNameGivenLaterLeavesTheIdentifierForm) {
-    CANMessage message;
+    OwnMessage message;
     message.name = "Old";
     message.identifierName = "Old";
     message.nameAsRead = "Old";
@@ -102,7 +192,7 @@ TEST(CanMessage, SendTypeBecomesAnIdentifier) {
     };
     for (const Row& row : kRows) {
         SCOPED_TRACE(row.given);
-        CANMessage message;
+        OwnMessage message;
         message.sendType = "old";
         message.SetSendType(row.given);
         EXPECT_EQ(message.sendType, row.sendType);

@@ -5,8 +5,11 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <string_view>
 
 #include "model/can_signal.h"
+#include "model/description_texts.h"
+#include "model/own_arena.h"
 #include "model/records.h"
 #include "model/reset_state.h"
 
@@ -24,7 +27,7 @@ void FillForRecord(CANSignal& signal) {
     signal.unitAsWritten =
         "\xC2\xB0"
         "C";
-    signal.comment = "say \\\"hi\\\"";
+    signal.AppendComment("say \\\"hi\\\"");
     signal.multiplexKind = 2;
     signal.multiplexValue = 4000000001U;
     signal.startBit = 4000000002U;
@@ -35,7 +38,7 @@ void FillForRecord(CANSignal& signal) {
     signal.offset = -40.0;
     signal.minimum = -1e300;
     signal.maximum = std::numeric_limits<double>::infinity();
-    signal.receivers.Assign("A, B,C");
+    signal.receivers.Assign(signal.GetArena(), "A, B,C");
     signal.valueDescriptions.Add(0, "Off");
     signal.valueDescriptions.Add(1, "On");
     signal.startValue = 4000000006U;
@@ -43,7 +46,7 @@ void FillForRecord(CANSignal& signal) {
 }
 
 TEST(CanSignalRecord, IsFilledAndNothingElseTouched) {
-    CANSignal signal;
+    OwnSignal signal;
     FillForRecord(signal);
     auto record = UntouchedRecord<CanSignalData>();
     EXPECT_TRUE(signal.GetData(&record));
@@ -73,7 +76,7 @@ TEST(CanSignalRecord, IsFilledAndNothingElseTouched) {
 }
 
 TEST(CanSignalRecord, InvalidSignalIsFilledInButReported) {
-    CANSignal signal;
+    OwnSignal signal;
     FillForRecord(signal);
     signal.invalid = true;
     auto record = UntouchedRecord<CanSignalData>();
@@ -83,35 +86,52 @@ TEST(CanSignalRecord, InvalidSignalIsFilledInButReported) {
 }
 
 TEST(CanSignalRecord, NoRecordFails) {
-    CANSignal signal;
+    OwnSignal signal;
     FillForRecord(signal);
     EXPECT_FALSE(signal.GetData(nullptr));
 }
 
 TEST(CanSignalRecord, SignalWithoutReceiversHasAnEmptyField) {
-    CANSignal signal;
+    OwnSignal signal;
     signal.invalid = false;
     auto record = UntouchedRecord<CanSignalData>();
     EXPECT_TRUE(signal.GetData(&record));
     EXPECT_EQ(std::string(record.receivers), "");
 }
 
+// The comment has a type of its own; no member stands for it.
+using Text = std::string_view CANSignal::*;
+constexpr Text kComment = nullptr;
+
+std::string_view TextOf(const CANSignal& signal, Text text) {
+    return text != kComment ? signal.*text : signal.comment.View();
+}
+
+void SetText(CANSignal& signal, Text text, std::string_view value) {
+    if (text != kComment) {
+        signal.*text = value;
+        return;
+    }
+    signal.comment.Clear();
+    signal.AppendComment(value);
+}
+
 // The texts come first, in an order of their own; what follows a failure stays.
 TEST(CanSignalRecord, FillingStopsAtTheFirstTextThatFails) {
     struct Row {
-        std::string CANSignal::*text;
+        Text text;
         size_t offset;
     };
     const Row kRows[] = {{&CANSignal::identifierName, 0},
                          {&CANSignal::name, 33},
                          {&CANSignal::unit, 289},
                          {&CANSignal::unitAsWritten, 908},
-                         {&CANSignal::comment, 578}};
+                         {kComment, 578}};
     for (const Row& row : kRows) {
         SCOPED_TRACE(row.offset);
-        CANSignal signal;
+        OwnSignal signal;
         FillForRecord(signal);
-        signal.*row.text = kBroken;
+        SetText(signal, row.text, kBroken);
         auto record = UntouchedRecord<CanSignalData>();
         EXPECT_FALSE(signal.GetData(&record));
 
@@ -120,7 +140,7 @@ TEST(CanSignalRecord, FillingStopsAtTheFirstTextThatFails) {
             if (done.offset == row.offset) {
                 break;
             }
-            image.Text(done.offset, signal.*done.text);
+            image.Text(done.offset, TextOf(signal, done.text));
         }
         image.Text(row.offset, "");
         if (row.offset == 578) {
@@ -132,14 +152,15 @@ TEST(CanSignalRecord, FillingStopsAtTheFirstTextThatFails) {
 
 TEST(CanSignalRecord, EachTextIsCutToItsField) {
     const std::string kLong(300, 'a');
-    CANSignal signal;
+    OwnSignal signal;
     FillForRecord(signal);
-    signal.identifierName = signal.name = signal.unit = signal.unitAsWritten = signal.comment = kLong;
+    signal.identifierName = signal.name = signal.unit = signal.unitAsWritten = kLong;
+    SetText(signal, kComment, kLong);
     std::string receivers;
     for (int i = 0; i < 100; ++i) {
         receivers += "abc,";
     }
-    signal.receivers.Assign(receivers);
+    signal.receivers.Assign(signal.GetArena(), receivers);
     auto record = UntouchedRecord<CanSignalData>();
     EXPECT_TRUE(signal.GetData(&record));
     EXPECT_EQ(std::string(record.identifierName).size(), 32U);
@@ -151,9 +172,9 @@ TEST(CanSignalRecord, EachTextIsCutToItsField) {
 }
 
 TEST(CanSignalRecord, UnitIsCutInFrontOfACharacter) {
-    CANSignal signal;
+    OwnSignal signal;
     FillForRecord(signal);
-    signal.unitAsWritten = std::string(31, 'a') + "\xC2\xB0";
+    signal.unitAsWritten = signal.GetArena().Keep(std::string(31, 'a') + "\xC2\xB0");
     auto record = UntouchedRecord<CanSignalData>();
     EXPECT_TRUE(signal.GetData(&record));
     EXPECT_EQ(std::string(record.unitAsWritten), std::string(31, 'a'));
@@ -184,7 +205,7 @@ CanSignalData GivenRecord() {
 
 TEST(CanSignalRecord, AppendingTakesAllButTheFieldsThatAreResults) {
     const CanSignalData record = GivenRecord();
-    CANSignal signal;
+    OwnSignal signal;
     FillEveryField(signal);
 
     EXPECT_TRUE(signal.SetFromRecord(&record));
@@ -217,15 +238,19 @@ TEST(CanSignalRecord, AppendingTakesAllButTheFieldsThatAreResults) {
 
 TEST(CanSignalRecord, EmptyRecordIsTaken) {
     const auto record = EmptyRecord<CanSignalData>();
-    CANSignal signal;
+    OwnSignal signal;
     EXPECT_TRUE(signal.SetFromRecord(&record));
     EXPECT_FALSE(signal.invalid);
     EXPECT_EQ(signal.byteOrder, 0U);
-    EXPECT_EQ(signal.name + signal.identifierName + signal.unit + signal.comment + signal.receivers.Joined(), "");
+    EXPECT_EQ(signal.name, "");
+    EXPECT_EQ(signal.identifierName, "");
+    EXPECT_EQ(signal.unit, "");
+    EXPECT_EQ(signal.comment, "");
+    EXPECT_EQ(signal.receivers.Joined(), "");
 }
 
 TEST(CanSignalRecord, AppendingFromNoRecordFails) {
-    CANSignal signal;
+    OwnSignal signal;
     FillEveryField(signal);
     EXPECT_FALSE(signal.SetFromRecord(nullptr));
     ExpectReset(signal);
@@ -245,7 +270,7 @@ TEST(CanSignalRecord, BrokenTextFails) {
             SetField(record.unit, field == 1 ? broken : "unit");
             SetField(record.receivers, field == 2 ? broken : "Node");
             SetField(record.comment, field == 3 ? broken : "comment");
-            CANSignal signal;
+            OwnSignal signal;
             FillEveryField(signal);
             EXPECT_FALSE(signal.SetFromRecord(&record));
             ExpectReset(signal);
@@ -259,7 +284,7 @@ TEST(CanSignalRecord, CharacterCutOffByTheEndIsDropped) {
     SetField(record.unit, "u\xE2\x82");
     SetField(record.receivers, "r\xE2");
     SetField(record.comment, "c\xF0\x9F\x9A");
-    CANSignal signal;
+    OwnSignal signal;
     EXPECT_TRUE(signal.SetFromRecord(&record));
     EXPECT_EQ(signal.name, "n");
     EXPECT_EQ(signal.unitAsWritten, "u");
@@ -273,7 +298,7 @@ TEST(CanSignalRecord, FieldWithoutEndLosesItsLastByte) {
     SetField(record.unit, std::string(32, 'u') + "x");
     SetField(record.receivers, std::string(250, ' ') + "A,B,Cx");
     SetField(record.comment, std::string(255, 'c') + "x");
-    CANSignal signal;
+    OwnSignal signal;
     EXPECT_TRUE(signal.SetFromRecord(&record));
     EXPECT_EQ(signal.name, std::string(255, 'n'));
     EXPECT_EQ(signal.identifierName, std::string(32, 'n'));
@@ -286,7 +311,7 @@ TEST(CanSignalRecord, AppendedNameAndUnitAreNotTrimmed) {
     auto record = EmptyRecord<CanSignalData>();
     SetField(record.name, " A ");
     SetField(record.unit, "\tkm ");
-    CANSignal signal;
+    OwnSignal signal;
     EXPECT_TRUE(signal.SetFromRecord(&record));
     EXPECT_EQ(signal.name, " A ");
     EXPECT_EQ(signal.identifierName, "_A_");
@@ -313,7 +338,7 @@ TEST(CanSignalRecord, FloatOfTheWrongSizeBecomesASignedInteger) {
         auto record = EmptyRecord<CanSignalData>();
         record.valueType = row.given;
         record.length = row.length;
-        CANSignal signal;
+        OwnSignal signal;
         EXPECT_TRUE(signal.SetFromRecord(&record));
         EXPECT_EQ(signal.valueType, row.kept);
         EXPECT_EQ(signal.length, row.length);
@@ -324,7 +349,7 @@ TEST(CanSignalRecord, CodesOutsideTheListsAreKept) {
     auto record = EmptyRecord<CanSignalData>();
     record.multiplexKind = 7;
     record.byteOrder = 5;
-    CANSignal signal;
+    OwnSignal signal;
     EXPECT_TRUE(signal.SetFromRecord(&record));
     EXPECT_EQ(signal.multiplexKind, 7U);
     EXPECT_EQ(signal.byteOrder, 5U);
@@ -338,21 +363,21 @@ CanSignalEnumData Description(int32_t value, const std::string& text) {
 }
 
 TEST(CanSignalRecord, ValueDescriptionsAreJoined) {
-    CANSignal signal;
+    OwnSignal signal;
     const CanSignalEnumData record = Description(1, "On");
     EXPECT_TRUE(signal.AppendValueDescription(&record));
     EXPECT_TRUE(signal.AppendValueDescription(&record));
-    EXPECT_EQ(signal.valueDescriptions.Entries(), ValueDescriptions::Map({{1, "On - On"}}));
+    EXPECT_EQ(TextsOf(signal.valueDescriptions), DescriptionTexts({{1, "On - On"}}));
 }
 
 TEST(CanSignalRecord, ValueDescriptionOfNoRecordFails) {
-    CANSignal signal;
+    OwnSignal signal;
     EXPECT_FALSE(signal.AppendValueDescription(nullptr));
     EXPECT_EQ(signal.valueDescriptions.Size(), 0U);
 }
 
 TEST(CanSignalRecord, BrokenValueDescriptionFails) {
-    CANSignal signal;
+    OwnSignal signal;
     const CanSignalEnumData good = Description(1, "On");
     const CanSignalEnumData broken = Description(1,
                                                  "\xFF"
@@ -363,18 +388,18 @@ TEST(CanSignalRecord, BrokenValueDescriptionFails) {
     EXPECT_TRUE(signal.AppendValueDescription(&good));
     EXPECT_FALSE(signal.AppendValueDescription(&broken));
     EXPECT_FALSE(signal.AppendValueDescription(&brokenOther));
-    EXPECT_EQ(signal.valueDescriptions.Entries(), ValueDescriptions::Map({{1, "On"}}));
+    EXPECT_EQ(TextsOf(signal.valueDescriptions), DescriptionTexts({{1, "On"}}));
 }
 
 TEST(CanSignalRecord, ValueDescriptionWithoutEndLosesItsLastByte) {
-    CANSignal signal;
+    OwnSignal signal;
     const CanSignalEnumData record = Description(-5, std::string(255, 't') + "x");
     EXPECT_TRUE(signal.AppendValueDescription(&record));
-    EXPECT_EQ(signal.valueDescriptions.Entries(), ValueDescriptions::Map({{-5, std::string(255, 't')}}));
+    EXPECT_EQ(TextsOf(signal.valueDescriptions), DescriptionTexts({{-5, std::string(255, 't')}}));
 }
 
 TEST(CanSignalRecord, ValueDescriptionsAreHandedOutInOrder) {
-    CANSignal signal;
+    OwnSignal signal;
     for (const int32_t value : {3, -1, 2147483647, -2147483647 - 1}) {
         const CanSignalEnumData record = Description(value, std::to_string(value));
         EXPECT_TRUE(signal.AppendValueDescription(&record));
@@ -391,7 +416,7 @@ TEST(CanSignalRecord, ValueDescriptionsAreHandedOutInOrder) {
 }
 
 TEST(CanSignalRecord, ValueDescriptionBeyondTheLastFails) {
-    CANSignal signal;
+    OwnSignal signal;
     auto record = UntouchedRecord<CanSignalEnumData>();
     EXPECT_FALSE(signal.GetValueDescription(0, &record));
     signal.valueDescriptions.Add(0, "Off");
@@ -402,7 +427,7 @@ TEST(CanSignalRecord, ValueDescriptionBeyondTheLastFails) {
 }
 
 TEST(CanSignalRecord, ValueDescriptionIsCutToItsField) {
-    CANSignal signal;
+    OwnSignal signal;
     signal.valueDescriptions.Add(0, std::string(254, 'a') + "\xC3\xA4");
     auto record = UntouchedRecord<CanSignalEnumData>();
     EXPECT_TRUE(signal.GetValueDescription(0, &record));
@@ -410,7 +435,7 @@ TEST(CanSignalRecord, ValueDescriptionIsCutToItsField) {
 }
 
 TEST(CanSignalRecord, ValueOfADescriptionThatFailsIsNotWritten) {
-    CANSignal signal;
+    OwnSignal signal;
     signal.valueDescriptions.Add(7, kBroken);
     auto record = UntouchedRecord<CanSignalEnumData>();
     EXPECT_FALSE(signal.GetValueDescription(0, &record));

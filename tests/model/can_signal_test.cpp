@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "model/arena_level.h"
+#include "model/own_arena.h"
 #include "model/reset_state.h"
 
 namespace tabrin {
@@ -14,13 +16,13 @@ namespace {
 const std::string k27 = "abcdefghijklmnopqrstuvwxyzA";
 
 TEST(CanSignal, NewSignalIsAsReset) {
-    const CANSignal signal;
+    const OwnSignal signal;
     ExpectReset(signal);
     EXPECT_TRUE(signal.parseErrors.empty());
 }
 
 TEST(CanSignal, ResetLeavesOnlyTheParseErrors) {
-    CANSignal signal;
+    OwnSignal signal;
     FillEveryField(signal);
     signal.Reset();
     ExpectReset(signal);
@@ -28,7 +30,7 @@ TEST(CanSignal, ResetLeavesOnlyTheParseErrors) {
 }
 
 TEST(CanSignal, LongNameGivenLaterLeavesTheIdentifierForm) {
-    CANSignal signal;
+    OwnSignal signal;
     signal.name = "Old";
     signal.identifierName = "Old";
     signal.nameAsRead = "Old";
@@ -39,7 +41,7 @@ TEST(CanSignal, LongNameGivenLaterLeavesTheIdentifierForm) {
 }
 
 TEST(CanSignal, FloatsAreTheTwoFloatingPointTypes) {
-    CANSignal signal;
+    OwnSignal signal;
     const bool kExpected[] = {false, false, true, true, false};
     for (uint32_t valueType = 0; valueType < 5; ++valueType) {
         SCOPED_TRACE(valueType);
@@ -72,7 +74,7 @@ TEST(CanSignal, SuffixIsAppendedOrTakesTheEnd) {
     };
     for (const Suffixed& row : kRows) {
         SCOPED_TRACE(row.name + ", " + std::to_string(row.index));
-        CANSignal signal;
+        OwnSignal signal;
         signal.invalid = false;
         signal.identifierName = row.name;
         EXPECT_TRUE(signal.ApplyUniqueSuffix(row.index));
@@ -84,7 +86,7 @@ TEST(CanSignal, SuffixIsAppendedOrTakesTheEnd) {
 TEST(CanSignal, SuffixReplacesAnEarlierOne) {
     for (const std::string& name : {std::string("S"), std::string(), k27.substr(1), k27, k27 + "BCDEF"}) {
         SCOPED_TRACE(name);
-        CANSignal signal;
+        OwnSignal signal;
         signal.invalid = false;
         signal.identifierName = name;
         EXPECT_TRUE(signal.ApplyUniqueSuffix(9999));
@@ -93,10 +95,24 @@ TEST(CanSignal, SuffixReplacesAnEarlierOne) {
     }
 }
 
+TEST(CanSignal, SameSuffixAgainTakesNoMemory) {
+    TABRIN_SKIP_WITHOUT_LEVELS();
+    OwnSignal signal;
+    signal.invalid = false;
+    signal.identifierName = "S";
+    EXPECT_TRUE(signal.ApplyUniqueSuffix(3));
+    const char* level = LevelOf(signal.GetArena());
+    for (int i = 0; i < 1000; ++i) {
+        EXPECT_TRUE(signal.ApplyUniqueSuffix(3));
+    }
+    EXPECT_EQ(signal.identifierName, "S_0003");
+    EXPECT_EQ(LevelOf(signal.GetArena()), level);
+}
+
 TEST(CanSignal, SuffixIsRefusedFromTenThousandOn) {
     for (const uint32_t index : {10000U, 10001U, 4294967295U}) {
         SCOPED_TRACE(index);
-        CANSignal signal;
+        OwnSignal signal;
         signal.invalid = false;
         signal.identifierName = "S";
         EXPECT_FALSE(signal.ApplyUniqueSuffix(index));
@@ -106,7 +122,7 @@ TEST(CanSignal, SuffixIsRefusedFromTenThousandOn) {
 }
 
 TEST(CanSignal, SuffixIsRefusedForAnInvalidSignal) {
-    CANSignal signal;
+    OwnSignal signal;
     signal.identifierName = "S";
     EXPECT_FALSE(signal.ApplyUniqueSuffix(1));
     EXPECT_FALSE(signal.suffixApplied);
@@ -114,13 +130,13 @@ TEST(CanSignal, SuffixIsRefusedForAnInvalidSignal) {
 }
 
 TEST(CanSignal, UnsuffixedNameLeavesOutOnlyAnAppliedSuffix) {
-    CANSignal signal;
+    OwnSignal signal;
     signal.invalid = false;
     signal.identifierName = "S_0001";
     EXPECT_EQ(signal.UnsuffixedName(), "S_0001");
     signal.ApplyUniqueSuffix(2);
     EXPECT_EQ(signal.UnsuffixedName(), "S_0001");
-    signal.identifierName = k27 + "BCDEF";
+    signal.identifierName = signal.GetArena().Keep(k27 + "BCDEF");
     signal.suffixApplied = false;
     signal.ApplyUniqueSuffix(2);
     EXPECT_EQ(signal.UnsuffixedName(), k27);

@@ -85,9 +85,11 @@ constexpr AppendCase kAppendCases[] = {
 TEST(CommentText, AppendedTextIsEscapedInItsPlace) {
     for (const AppendCase& row : kAppendCases) {
         SCOPED_TRACE(std::string(row.comment) + " + " + std::string(row.text));
-        std::string comment(row.comment);
-        AppendEscaped(comment, row.text);
-        EXPECT_EQ(comment, row.result);
+        Arena arena;
+        GrowingText comment;
+        comment.Append(arena, row.comment);
+        AppendEscaped(arena, comment, row.text);
+        EXPECT_EQ(comment.View(), row.result);
     }
 }
 
@@ -116,9 +118,11 @@ TEST(CommentText, AppendingIsLikeEscapingTheWhole) {
         for (size_t cut = 0; cut <= text.size(); ++cut) {
             const std::string comment = EscapedByCharacter(text.substr(0, cut));
             const std::string appended = text.substr(cut);
-            std::string actual = comment;
-            AppendEscaped(actual, appended);
-            ASSERT_EQ(actual, EscapedByCharacter(comment + appended)) << comment << " + " << appended;
+            Arena arena;
+            GrowingText actual;
+            actual.Append(arena, comment);
+            AppendEscaped(arena, actual, appended);
+            ASSERT_EQ(actual.View(), EscapedByCharacter(comment + appended)) << comment << " + " << appended;
         }
     }
 }

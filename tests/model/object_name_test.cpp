@@ -4,6 +4,7 @@
 #include <utf8.h>
 
 #include <string>
+#include <string_view>
 
 namespace tabrin {
 namespace {
@@ -45,9 +46,10 @@ TEST(ObjectName, NameIsKeptAndItsIdentifierFormIsMade) {
     };
     for (const Names& row : kRows) {
         SCOPED_TRACE(row.given);
-        std::string name = "old";
-        std::string identifierName = "old";
-        SetName(row.given, name, identifierName);
+        Arena arena;
+        std::string_view name = "old";
+        std::string_view identifierName = "old";
+        SetName(arena, row.given, name, identifierName);
         EXPECT_EQ(name, row.name);
         EXPECT_EQ(identifierName, row.identifierName);
     }
@@ -56,9 +58,10 @@ TEST(ObjectName, NameIsKeptAndItsIdentifierFormIsMade) {
 TEST(ObjectName, BrokenUtf8IsThrown) {
     for (const std::string given : {"\xFF", "a\xC3", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80"}) {
         SCOPED_TRACE(given);
-        std::string name;
-        std::string identifierName;
-        EXPECT_THROW(SetName(given, name, identifierName), utf8::exception);
+        Arena arena;
+        std::string_view name;
+        std::string_view identifierName;
+        EXPECT_THROW(SetName(arena, given, name, identifierName), utf8::exception);
     }
 }
 

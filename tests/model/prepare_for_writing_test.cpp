@@ -11,6 +11,7 @@
 
 #include "model/can_message.h"
 #include "model/can_signal.h"
+#include "model/own_arena.h"
 
 namespace tabrin {
 namespace {
@@ -21,10 +22,9 @@ using Names = std::vector<std::string>;
 const std::string k27 = "abcdefghijklmnopqrstuvwxyzA";
 
 std::shared_ptr<CANSignal> MakeSignal(const std::string& name) {
-    auto signal = std::make_shared<CANSignal>();
+    auto signal = std::make_shared<OwnSignal>();
     signal->invalid = false;
-    signal->name = name;
-    signal->identifierName = name;
+    signal->name = signal->identifierName = signal->GetArena().Keep(name);
     return signal;
 }
 
@@ -37,7 +37,7 @@ void AddSignals(CANMessage& message, const Names& names) {
 Names NamesOf(const CANMessage& message) {
     Names names;
     for (const auto& signal : message.signals) {
-        names.push_back(signal->identifierName);
+        names.emplace_back(signal->identifierName);
     }
     return names;
 }
@@ -74,7 +74,7 @@ TEST(PrepareForWriting, EqualNamesGetSuffixes) {
     };
     for (const Prepared& row : kRows) {
         SCOPED_TRACE(testing::PrintToString(row.before));
-        CANMessage message;
+        OwnMessage message;
         AddSignals(message, row.before);
         EXPECT_TRUE(message.PrepareForWriting());
         EXPECT_EQ(NamesOf(message), row.after);
@@ -90,7 +90,7 @@ TEST(PrepareForWriting, DistinctNamesStay) {
     };
     for (const Names& names : kRows) {
         SCOPED_TRACE(testing::PrintToString(names));
-        CANMessage message;
+        OwnMessage message;
         AddSignals(message, names);
         EXPECT_FALSE(message.PrepareForWriting());
         EXPECT_EQ(NamesOf(message), names);
@@ -101,7 +101,7 @@ TEST(PrepareForWriting, DistinctNamesStay) {
 }
 
 TEST(PrepareForWriting, OnlyIdentifierNamesChange) {
-    CANMessage message;
+    OwnMessage message;
     AddSignals(message, {"S", "S"});
     message.name = message.identifierName = "S";
     message.signals[1]->nameAsRead = "S";
@@ -113,7 +113,7 @@ TEST(PrepareForWriting, OnlyIdentifierNamesChange) {
 }
 
 TEST(PrepareForWriting, SignalsAddedLaterGoOnCounting) {
-    CANMessage message;
+    OwnMessage message;
     AddSignals(message, {"S", "T", "S"});
     message.PrepareForWriting();
     AddSignals(message, {"S", "T"});
@@ -122,7 +122,7 @@ TEST(PrepareForWriting, SignalsAddedLaterGoOnCounting) {
 }
 
 TEST(PrepareForWriting, NameWithItsSuffixIsNoLongerTaken) {
-    CANMessage message;
+    OwnMessage message;
     AddSignals(message, {"S", "S"});
     message.PrepareForWriting();
     AddSignals(message, {"S_0001"});
@@ -132,7 +132,7 @@ TEST(PrepareForWriting, NameWithItsSuffixIsNoLongerTaken) {
 
 // An invalid signal takes part in counting but keeps its name.
 TEST(PrepareForWriting, InvalidSignalsKeepTheirNames) {
-    CANMessage message;
+    OwnMessage message;
     AddSignals(message, {"S", "S", "S"});
     message.signals[1]->invalid = true;
     EXPECT_TRUE(message.PrepareForWriting());
@@ -140,7 +140,7 @@ TEST(PrepareForWriting, InvalidSignalsKeepTheirNames) {
 }
 
 TEST(PrepareForWriting, InvalidFirstSignalKeepsItsName) {
-    CANMessage message;
+    OwnMessage message;
     AddSignals(message, {"S", "S", "S"});
     message.signals[0]->invalid = true;
     EXPECT_TRUE(message.PrepareForWriting());
@@ -148,7 +148,7 @@ TEST(PrepareForWriting, InvalidFirstSignalKeepsItsName) {
 }
 
 TEST(PrepareForWriting, TenThousandEqualNamesAreToldApart) {
-    CANMessage message;
+    OwnMessage message;
     AddSignals(message, Names(10000, "S"));
     EXPECT_TRUE(message.PrepareForWriting());
     EXPECT_EQ(message.signals.front()->identifierName, "S_0000");
@@ -198,7 +198,7 @@ TEST(PrepareForWriting, NamesCutToTheSameAreRenumberedTheSecondTime) {
     };
     for (const CutNames& row : kRows) {
         SCOPED_TRACE(testing::PrintToString(row.before));
-        CANMessage message;
+        OwnMessage message;
         AddSignals(message, row.before);
         EXPECT_TRUE(message.PrepareForWriting());
         EXPECT_EQ(NamesOf(message), row.first);
@@ -284,7 +284,7 @@ TEST(PrepareForWriting, AgreesWithThePlainestWay) {
     for (uint32_t seed = 1; seed <= 2000; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);
-        CANMessage message;
+        OwnMessage message;
         std::vector<PlainSignal> expected;
         for (int write = 0; write < 4; ++write) {
             // From time to time none is added, to see what writing again does.

@@ -67,9 +67,10 @@ TEST(ReceiverList, TextIsSplitIntoIdentifiers) {
     };
     for (const Assigned& row : kRows) {
         SCOPED_TRACE(row.text);
+        Arena arena;
         ReceiverList list;
-        list.Assign("Old,Older");
-        list.Assign(row.text);
+        list.Assign(arena, "Old,Older");
+        list.Assign(arena, row.text);
         EXPECT_EQ(NamesOf(list), row.names);
         EXPECT_EQ(list.Joined(), row.joined);
         EXPECT_EQ(list.IsEmpty(), row.names.empty());
@@ -84,8 +85,9 @@ TEST(ReceiverList, NewListIsEmpty) {
 }
 
 TEST(ReceiverList, ClearLeavesNothing) {
+    Arena arena;
     ReceiverList list;
-    list.Assign("A,B");
+    list.Assign(arena, "A,B");
     list.Clear();
     EXPECT_TRUE(list.IsEmpty());
     EXPECT_EQ(NamesOf(list), Names());
@@ -94,8 +96,9 @@ TEST(ReceiverList, ClearLeavesNothing) {
 TEST(ReceiverList, BrokenUtf8IsThrown) {
     for (const std::string_view text : {"\xFF", "A,B\xC3", "A,\xC3,B", "\xED\xA0\x80"}) {
         SCOPED_TRACE(text);
+        Arena arena;
         ReceiverList list;
-        EXPECT_THROW(list.Assign(text), utf8::exception);
+        EXPECT_THROW(list.Assign(arena, text), utf8::exception);
     }
 }
 

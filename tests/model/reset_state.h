@@ -7,6 +7,7 @@
 
 #include "model/can_message.h"
 #include "model/can_signal.h"
+#include "model/own_arena.h"
 
 namespace tabrin {
 
@@ -32,9 +33,9 @@ inline void FillEveryField(CANMessage& message) {
     message.transmitter = "transmitter";
     message.sendType = "sendType";
     message.cycleTime = 2;
-    message.comment = "comment";
+    message.AppendComment("comment");
     message.dlc = 3;
-    message.signals.push_back(std::make_shared<CANSignal>());
+    message.signals.push_back(std::make_shared<OwnSignal>());
     message.nameAsRead = "nameAsRead";
     message.parseErrors = {2};
 }
@@ -70,7 +71,7 @@ inline void FillEveryField(CANSignal& signal) {
     signal.name = "name";
     signal.unit = "unit";
     signal.unitAsWritten = "unitAsWritten";
-    signal.comment = "comment";
+    signal.AppendComment("comment");
     signal.multiplexKind = 2;
     signal.multiplexValue = 3;
     signal.startBit = 4;
@@ -81,7 +82,7 @@ inline void FillEveryField(CANSignal& signal) {
     signal.offset = 7.0;
     signal.minimum = 8.0;
     signal.maximum = 9.0;
-    signal.receivers.Assign("A,B");
+    signal.receivers.Assign(signal.GetArena(), "A,B");
     signal.valueDescriptions.Add(10, "ten");
     signal.startValue = 11;
     signal.inactiveValue = 12;

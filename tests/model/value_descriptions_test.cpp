@@ -12,6 +12,9 @@
 #include <utility>
 #include <vector>
 
+#include "model/description_texts.h"
+#include "model/own_arena.h"
+
 namespace tabrin {
 namespace {
 
@@ -45,11 +48,15 @@ TEST(ValueDescriptions, ValuesAreOrderedAndTextsJoined) {
     };
     for (const Added& row : kRows) {
         SCOPED_TRACE(testing::PrintToString(row.added));
-        ValueDescriptions descriptions;
+        OwnValueDescriptions descriptions;
         for (const auto& [value, text] : row.added) {
             descriptions.Add(value, text);
         }
-        EXPECT_EQ(Pairs(descriptions.Entries().begin(), descriptions.Entries().end()), row.kept);
+        Pairs kept;
+        for (const auto& [value, text] : descriptions.Entries()) {
+            kept.emplace_back(value, text.View());
+        }
+        EXPECT_EQ(kept, row.kept);
         EXPECT_EQ(descriptions.Size(), row.kept.size());
         for (size_t i = 0; i < row.kept.size(); ++i) {
             EXPECT_EQ(descriptions.At(i).first, row.kept[i].first);
@@ -59,7 +66,7 @@ TEST(ValueDescriptions, ValuesAreOrderedAndTextsJoined) {
 }
 
 TEST(ValueDescriptions, ClearLeavesNothing) {
-    ValueDescriptions descriptions;
+    OwnValueDescriptions descriptions;
     descriptions.Add(1, "a");
     descriptions.Add(2, "b");
     EXPECT_EQ(descriptions.At(1).second, "b");
@@ -74,7 +81,7 @@ TEST(ValueDescriptions, ClearLeavesNothing) {
 }
 
 TEST(ValueDescriptions, EntriesAreFoundInAnyOrder) {
-    ValueDescriptions descriptions;
+    OwnValueDescriptions descriptions;
     for (int32_t value = 0; value < 10; ++value) {
         descriptions.Add(value, std::to_string(value));
     }
@@ -84,7 +91,7 @@ TEST(ValueDescriptions, EntriesAreFoundInAnyOrder) {
 }
 
 TEST(ValueDescriptions, EntriesMoveWhenOthersAreAddedInFront) {
-    ValueDescriptions descriptions;
+    OwnValueDescriptions descriptions;
     descriptions.Add(10, "ten");
     descriptions.Add(20, "twenty");
     EXPECT_EQ(descriptions.At(1).second, "twenty");
@@ -104,7 +111,7 @@ TEST(ValueDescriptions, AgreesWithAPlainMap) {
     for (uint32_t seed = 1; seed <= 50; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);
-        ValueDescriptions descriptions;
+        OwnValueDescriptions descriptions;
         std::map<int32_t, std::string> expected;
         for (int step = 0; step < 300; ++step) {
             const auto value = static_cast<int32_t>(random() % 60) - 30;
@@ -121,7 +128,7 @@ TEST(ValueDescriptions, AgreesWithAPlainMap) {
                 ASSERT_EQ(descriptions.At(index).second, entry.second);
             }
         }
-        EXPECT_EQ(descriptions.Entries(), expected);
+        EXPECT_EQ(TextsOf(descriptions), expected);
     }
 }
 

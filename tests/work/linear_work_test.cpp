@@ -1,0 +1,141 @@
+// What the library does grows in proportion to what it is given: files of eight times the size take eight times the work,
+// whatever their shape. Work is counted, not timed.
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "bench/dbc_generator.h"
+#include "dbc/dbc_writer.h"
+#include "dbc/reading.h"
+#include "work/work_counter.h"
+
+namespace tabrin {
+namespace {
+
+constexpr size_t kFactor = 8;
+
+// Beyond proportion. Ordered containers go a few levels deeper; nothing else may show.
+constexpr double kTolerance = 1.1;
+
+struct Effort {
+    uint64_t work;
+    uint64_t bytes;
+};
+
+template <typename Action>
+Effort EffortOf(Action action) {
+    const Effort before{WorkDone(), BytesAllocated()};
+    action();
+    return {WorkDone() - before.work, BytesAllocated() - before.bytes};
+}
+
+// What `action` does to a database read from `text`.
+template <typename Action>
+Effort EffortAfterReading(const std::string& text, Action action) {
+    CANDatabase database;
+    EXPECT_TRUE(ReadText(database, text));
+    return EffortOf([&] { action(database); });
+}
+
+Effort ReadingEffort(const std::string& text) {
+    const TemporaryFile file(text);
+    CANDatabase database;
+    FileStatus status = FileStatus::Closed;
+    return EffortOf([&] { EXPECT_TRUE(ReadDbcFile(database, file.Path().c_str(), kPathBufferSize, status)); });
+}
+
+Effort WritingEffort(const std::string& text) {
+    return EffortAfterReading(text, [](CANDatabase& database) {
+        const TemporaryFile file("");
+        FileStatus status = FileStatus::Closed;
+        EXPECT_TRUE(WriteDbcFile(database, file.Path().c_str(), kPathBufferSize, TABRIN_ORDER_NAME, status));
+    });
+}
+
+Effort WalkingEffort(const std::string& text) {
+    return EffortAfterReading(text, [](const CANDatabase& database) {
+        CanMessageData message;
+        CanSignalData data;
+        CanSignalEnumData description;
+        for (const auto& owner : database.messages) {
+            EXPECT_TRUE(owner->GetData(&message));
+            for (const auto& signal : owner->signals) {
+                EXPECT_TRUE(signal->GetData(&data));
+                for (uint32_t i = 0; i < data.numValueDescriptions; ++i) {
+                    EXPECT_TRUE(signal->GetValueDescription(i, &description));
+                }
+            }
+        }
+    });
+}
+
+Effort ClearingEffort(const std::string& text) {
+    return EffortAfterReading(text, [](CANDatabase& database) { database.Clear(); });
+}
+
+struct Case {
+    const char* name;
+    size_t largest;
+    std::function<std::string(size_t)> generate;
+    Effort (*measure)(const std::string& text);
+};
+
+template <typename Generate>
+auto Counted(Generate generate) {
+    return [generate](size_t count) { return generate(static_cast<uint32_t>(count)); };
+}
+
+auto Values(bench::ValueOrder order) {
+    return Counted([order](uint32_t count) { return bench::ManyValueDescriptions(count, order); });
+}
+
+const Case kCases[] = {
+    {"usual mix, reading", 800'000, bench::UsualMix, ReadingEffort},
+    {"usual mix, walking", 800'000, bench::UsualMix, WalkingEffort},
+    {"usual mix, writing", 800'000, bench::UsualMix, WritingEffort},
+    {"usual mix, clearing", 800'000, bench::UsualMix, ClearingEffort},
+    {"messages of one signal, reading", 40'000, Counted(bench::ManySmallMessages), ReadingEffort},
+    {"messages of one signal, writing", 40'000, Counted(bench::ManySmallMessages), WritingEffort},
+    {"signals of one message, with statements, reading", 10'000, Counted(bench::OneLargeMessage), ReadingEffort},
+    {"signals of one message, with statements, writing", 10'000, Counted(bench::OneLargeMessage), WritingEffort},
+    {"value descriptions ascending, reading", 65'536, Values(bench::ValueOrder::Ascending), ReadingEffort},
+    {"value descriptions descending, reading", 65'536, Values(bench::ValueOrder::Descending), ReadingEffort},
+    {"value descriptions at random, reading", 65'536, Values(bench::ValueOrder::Random), ReadingEffort},
+    {"value descriptions, walking", 65'536, Values(bench::ValueOrder::Random), WalkingEffort},
+    {"value descriptions, writing", 65'536, Values(bench::ValueOrder::Random), WritingEffort},
+    {"one single line, reading", 4'000'000, bench::SingleLine, ReadingEffort},
+    {"no keyword, reading", 4'000'000, bench::NoKeyword, ReadingEffort},
+    {"signals of one name, reading", 10'000, Counted(bench::EqualSignalNames), ReadingEffort},
+    {"signals of one name, writing", 10'000, Counted(bench::EqualSignalNames), WritingEffort},
+    {"comment in pieces, reading", 100'000, Counted(bench::CommentInPieces), ReadingEffort},
+    {"comment in pieces, writing", 100'000, Counted(bench::CommentInPieces), WritingEffort},
+};
+
+TEST(LinearWork, EightTimesTheFileTakesEightTimesTheWork) {
+    for (const Case& row : kCases) {
+        SCOPED_TRACE(row.name);
+        const std::string small = row.generate(row.largest / kFactor);
+        const std::string large = row.generate(row.largest);
+        const double growth = static_cast<double>(large.size()) / static_cast<double>(small.size());
+        const Effort least = row.measure(small);
+        const Effort most = row.measure(large);
+        EXPECT_GT(least.work, 0U);
+        EXPECT_LE(static_cast<double>(most.work), kTolerance * growth * static_cast<double>(least.work));
+        // Buffers double: one may have done so just now.
+        EXPECT_LE(static_cast<double>(most.bytes),
+                  2 * kTolerance * growth * static_cast<double>(least.bytes) + 300'000);
+    }
+}
+
+// Every byte is looked at a small constant number of times.
+TEST(LinearWork, ByteOfAFileCostsLittle) {
+    const std::string text = bench::UsualMix(800'000);
+    const double perByte = static_cast<double>(ReadingEffort(text).work) / static_cast<double>(text.size());
+    EXPECT_LT(perByte, 12.0);
+}
+
+}  // namespace
+}  // namespace tabrin
