@@ -76,20 +76,27 @@ def test_import_needs_no_library(run_python: Run, package: Path) -> None:
     assert (result.stdout, result.stderr) == ("S\n", "")
 
 
-def complaint(run_python: Run, package: Path, path: Optional[Path] = None) -> str:
+def complaint(run_python: Run, package: Path, path: Optional[Path] = None, name: str = LIBRARY.name) -> str:
     argument = "" if path is None else repr(str(path))
-    code = f"import tabrin\ntry:\n    tabrin.load({argument})\nexcept tabrin.LibraryError as error:\n    print(error)"
+    code = (
+        f"import tabrin, tabrin._library\ntabrin._library.FILE_NAME = {name!r}\n"
+        f"try:\n    tabrin.load({argument})\nexcept tabrin.LibraryError as error:\n    print(error)"
+    )
     result = run_python(["-c", code], package=package)
     assert result.stderr == ""
     return str(result.stdout)
 
 
+# Under its own name the library may be installed on this system, and be found.
+ABSENT = "libtabrin64_nowhere.so"
+
+
 def test_says_where_it_looked(run_python: Run, package: Path) -> None:
-    lines = complaint(run_python, package).splitlines()
+    lines = complaint(run_python, package, name=ABSENT).splitlines()
     assert lines[0] == "the Tabrin library was not found. Looked at:"
     assert lines[1] == "  the environment variable TABRIN_LIBRARY: not set"
-    assert lines[2] == f"  {package / 'tabrin' / LIBRARY.name}: no such file"
-    assert lines[3].startswith("  the system's search path (with LD_LIBRARY_PATH): libtabrin64.so: cannot open")
+    assert lines[2] == f"  {package / 'tabrin' / ABSENT}: no such file"
+    assert lines[3].startswith(f"  the system's search path (with LD_LIBRARY_PATH): {ABSENT}: cannot open")
     assert len(lines) == 4
 
 
@@ -98,8 +105,8 @@ def test_names_the_build_folder_it_looked_at(run_python: Run, tmp_path: Path) ->
     shutil.copytree(BINDING / "src" / "tabrin", tree / "bindings" / "python" / "src" / "tabrin")
     (tree / "include").mkdir()
     (tree / "include" / "tabrin.h").touch()
-    lines = complaint(run_python, tree / "bindings" / "python" / "src").splitlines()
-    assert lines[3] == f"  {tree / 'build' / 'linux-release' / LIBRARY.name}: no such file"
+    lines = complaint(run_python, tree / "bindings" / "python" / "src", name=ABSENT).splitlines()
+    assert lines[3] == f"  {tree / 'build' / 'linux-release' / ABSENT}: no such file"
 
 
 def test_missing_file_is_not_passed_over(run_python: Run, package: Path, tmp_path: Path) -> None:
