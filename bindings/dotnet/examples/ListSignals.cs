@@ -55,8 +55,8 @@ internal static class ListSignals
             message.Name,
             signal.Name,
             signal.StartBit + "|" + signal.Length,
-            signal.Factor.ToString(CultureInfo.InvariantCulture),
-            signal.Offset.ToString(CultureInfo.InvariantCulture),
+            signal.Factor.ToString("G10", CultureInfo.InvariantCulture),
+            signal.Offset.ToString("G10", CultureInfo.InvariantCulture),
             signal.Unit,
         };
     }

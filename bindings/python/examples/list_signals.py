@@ -12,7 +12,7 @@ def rows(database: tabrin.Database) -> list[tuple[str, ...]]:
     for message in database:
         for signal in message:
             bits = f"{signal.start_bit}|{signal.length}"
-            scale = (f"{signal.factor:g}", f"{signal.offset:g}")
+            scale = (f"{signal.factor:.10g}", f"{signal.offset:.10g}")
             table.append((f"{message.frame_id:x}", message.name, signal.name, bits, *scale, signal.unit))
     return table
 
