@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# bench_python.sh [rounds]: builds the optimised library and shows where the time goes in reading a generated database of
-# 10 MB from Python.
+# bench_python.sh [rounds]: builds the optimised library and shows where the time goes in reading a generated database
+# of 10 MB from Python.
 #
 # Needs Debian 12, where it installs what is missing.
 set -eu

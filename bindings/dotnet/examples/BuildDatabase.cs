@@ -30,10 +30,10 @@ internal static class BuildDatabase
     private static Message Weather()
     {
         var sky = new Dictionary<int, string> { { 0, "clear" }, { 1, "cloudy" }, { 3, "no idea" } };
-        var signals = new[]
-        {
+        var signals = new[] {
             new Signal(
-                "Temperature", 0, 12, valueType: SignalValueType.Signed, factor: 0.1, minimum: -60, maximum: 60, unit: "°C"),
+                "Temperature", 0, 12, valueType: SignalValueType.Signed, factor: 0.1, minimum: -60, maximum: 60,
+                unit: "°C"),
             new Signal("Sky", 12, 2, maximum: 3, receivers: new[] { "Display", "Logger" }, valueDescriptions: sky),
         };
         return new Message(0x120, "Weather", 8, signals, transmitter: "Roof", comment: "Once a second");
@@ -41,11 +41,11 @@ internal static class BuildDatabase
 
     private static Message Wind()
     {
-        var signals = new[]
-        {
+        var signals = new[] {
             new Signal("Page", 0, 8, maximum: 1, multiplexKind: MultiplexKind.Multiplexor),
             new Signal(
-                "Speed", 8, 32, valueType: SignalValueType.Float, unit: "m/s", multiplexKind: MultiplexKind.Multiplexed),
+                "Speed", 8, 32, valueType: SignalValueType.Float, unit: "m/s",
+                multiplexKind: MultiplexKind.Multiplexed),
             new Signal(
                 "Direction of wind", 8, 9, maximum: 359, multiplexKind: MultiplexKind.Multiplexed, multiplexValue: 1),
         };

@@ -1,4 +1,4 @@
-// Writes a DBC file anew, with its messages by identifier, by name or as they are: ConvertFile SOURCE TARGET [id|name|file]
+// Writes a DBC file anew, with its messages in another order: ConvertFile SOURCE TARGET [id|name|file]
 using System;
 using System.Collections.Generic;
 using System.IO;
@@ -6,8 +6,7 @@ using Tabrin;
 
 internal static class ConvertFile
 {
-    private static readonly Dictionary<string, MessageOrder> Orders = new Dictionary<string, MessageOrder>
-    {
+    private static readonly Dictionary<string, MessageOrder> Orders = new Dictionary<string, MessageOrder> {
         { "id", MessageOrder.Identifier },
         { "name", MessageOrder.Name },
         { "file", MessageOrder.Database },

@@ -49,8 +49,7 @@ internal static class ListSignals
 
     private static string[] Row(Message message, Signal signal)
     {
-        return new[]
-        {
+        return new[] {
             message.FrameId.ToString("x"),
             message.Name,
             signal.Name,

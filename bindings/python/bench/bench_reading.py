@@ -1,8 +1,8 @@
 """Where the time of tabrin.read goes: bench_reading.py FILE [ROUNDS]
 
-The library is called through ctypes, so the time of its getters is that of the calls less that of as many calls which it
-answers at once, for an index that is out of range. Every line is the median over the rounds, in processor time of this
-process: on a machine that does other work beside, the time of day would measure that too.
+The library is called through ctypes, so the time of its getters is that of the calls less that of as many calls which
+it answers at once, for an index that is out of range. Every line is the median over the rounds, in processor time of
+this process: on a machine that does other work beside, the time of day would measure that too.
 """
 
 from __future__ import annotations

@@ -16,7 +16,9 @@ WEATHER = tabrin.Database(
             transmitter="Roof",
             comment="Once a second",
             signals=(
-                Signal("Temperature", 0, 12, value_type=ValueType.SIGNED, factor=0.1, minimum=-60, maximum=60, unit="°C"),
+                Signal(
+                    "Temperature", 0, 12, value_type=ValueType.SIGNED, factor=0.1, minimum=-60, maximum=60, unit="°C"
+                ),
                 Signal(
                     "Sky",
                     12,
@@ -38,8 +40,12 @@ WEATHER = tabrin.Database(
             transmitter="Roof",
             signals=(
                 Signal("Page", 0, 8, maximum=1, multiplex_kind=MultiplexKind.MULTIPLEXOR),
-                Signal("Speed", 8, 32, value_type=ValueType.FLOAT, unit="m/s", multiplex_kind=MultiplexKind.MULTIPLEXED),
-                Signal("Direction of wind", 8, 9, maximum=359, multiplex_kind=MultiplexKind.MULTIPLEXED, multiplex_value=1),
+                Signal(
+                    "Speed", 8, 32, value_type=ValueType.FLOAT, unit="m/s", multiplex_kind=MultiplexKind.MULTIPLEXED
+                ),
+                Signal(
+                    "Direction of wind", 8, 9, maximum=359, multiplex_kind=MultiplexKind.MULTIPLEXED, multiplex_value=1
+                ),
             ),
         ),
     ),

@@ -1,4 +1,4 @@
-"""Writes a DBC file anew, with its messages by identifier, by name or as they are: convert.py SOURCE TARGET [id|name|file]"""
+"""Writes a DBC file anew, with its messages in another order: convert.py SOURCE TARGET [id|name|file]"""
 
 from __future__ import annotations
 

@@ -37,7 +37,12 @@ def run_python(tmp_path: Path) -> Run:
         environment = {name: value for name, value in os.environ.items() if name != "TABRIN_LIBRARY"}
         environment.update({"PYTHONPATH": str(package), "PYTHONIOENCODING": "utf-8", **(variables or {})})
         return subprocess.run(
-            [sys.executable, *arguments], env=environment, cwd=tmp_path, capture_output=True, encoding="utf-8", timeout=60
+            [sys.executable, *arguments],
+            env=environment,
+            cwd=tmp_path,
+            capture_output=True,
+            encoding="utf-8",
+            timeout=60,
         )
 
     return run

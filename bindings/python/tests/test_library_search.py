@@ -1,7 +1,7 @@
 """Which library is loaded, and what is said when none can be.
 
-A process loads only one, so each case is a Python of its own. Its package lies in a folder that is no source tree: there,
-the build folder would be found.
+A process loads only one, so each case is a Python of its own. Its package lies in a folder that is no source tree:
+there, the build folder would be found.
 """
 
 from __future__ import annotations
@@ -123,7 +123,9 @@ def test_library_of_another_version(run_python: Run, package: Path) -> None:
 
 def test_library_of_another_version_beside_the_package(run_python: Run, package: Path) -> None:
     beside = put_library(package / "tabrin", OTHER_VERSION)
-    assert complaint(run_python, package) == f"{beside} is version 1.30 of the Tabrin library; this package needs 1.31\n"
+    assert (
+        complaint(run_python, package) == f"{beside} is version 1.30 of the Tabrin library; this package needs 1.31\n"
+    )
 
 
 def test_another_library(run_python: Run, package: Path) -> None:

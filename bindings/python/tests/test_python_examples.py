@@ -58,7 +58,9 @@ SIG_VALTYPE_ 2566848513 Speed : 1;
 
 
 def example(run_python: Run, name: str, *arguments: str) -> tuple[int, str, str]:
-    result = run_python([str(BINDING / "examples" / name), *arguments], {"TABRIN_LIBRARY": os.environ["TABRIN_LIBRARY"]})
+    result = run_python(
+        [str(BINDING / "examples" / name), *arguments], {"TABRIN_LIBRARY": os.environ["TABRIN_LIBRARY"]}
+    )
     return result.returncode, result.stdout, result.stderr
 
 
@@ -82,7 +84,9 @@ def test_build_database(run_python: Run, tmp_path: Path) -> None:
     ],
 )
 def test_convert(run_python: Run, tmp_path: Path, order: tuple[str, ...], first: str) -> None:
-    expected = 'left out: line 48: signal scale: SG_ RequestedPage : 8|8@1+ 1,0 [0|2] "" EngineControl\nout.dbc is written\n'
+    expected = (
+        'left out: line 48: signal scale: SG_ RequestedPage : 8|8@1+ 1,0 [0|2] "" EngineControl\nout.dbc is written\n'
+    )
     assert example(run_python, "convert.py", str(SAMPLE), "out.dbc", *order) == (0, expected, "")
     lines = (tmp_path / "out.dbc").read_text().split("\n")
     assert next(line for line in lines if line.startswith("BO_ ")) == first
@@ -107,6 +111,8 @@ def test_called_wrongly(run_python: Run, name: str) -> None:
 def test_failure_is_told(run_python: Run, name: str, arguments: tuple[str, ...]) -> None:
     code, output, complaint = example(run_python, name, *arguments)
     assert (code, output) == (1, "")
-    assert complaint == f"{arguments[-1] if name != 'convert.py' or arguments[0] != 'missing.dbc' else 'missing.dbc'!r}" + (
-        ": the file cannot be opened (status 6)\n"
+    assert (
+        complaint
+        == f"{arguments[-1] if name != 'convert.py' or arguments[0] != 'missing.dbc' else 'missing.dbc'!r}"
+        + (": the file cannot be opened (status 6)\n")
     )

@@ -20,7 +20,9 @@ def engine() -> tabrin.Database:
 
 
 def test_messages_are_those_of_the_file(engine: tabrin.Database) -> None:
-    assert [(message.id, message.name, message.dlc, message.transmitter, len(message.signals)) for message in engine] == [
+    assert [
+        (message.id, message.name, message.dlc, message.transmitter, len(message.signals)) for message in engine
+    ] == [
         (256, "EngineStatus", 8, "EngineControl", 5),
         (272, "EngineTemperatures", 6, "EngineControl", 4),
         (512, "GearStatus", 4, "GearControl", 3),
@@ -90,7 +92,9 @@ def test_faulty_statement_is_listed(engine: tabrin.Database) -> None:
 
 def test_database_information_is_read(tmp_path: Path) -> None:
     path = tmp_path / "info.dbc"
-    path.write_text('BA_DEF_ "IsNMEA" INT 0 1;\nBA_DEF_DEF_ "IsNMEA" 1;\nBA_DEF_ "BusType" STRING ;\nBA_ "BusType" "CAN FD";\n')
+    path.write_text(
+        'BA_DEF_ "IsNMEA" INT 0 1;\nBA_DEF_DEF_ "IsNMEA" 1;\nBA_DEF_ "BusType" STRING ;\nBA_ "BusType" "CAN FD";\n'
+    )
     database = tabrin.read(path)
     assert (database.protocol, database.can_fd, len(database)) == (ProtocolType.NMEA2000, True, 0)
 
@@ -156,7 +160,13 @@ def test_sequence(engine: tabrin.Database) -> None:
 
 
 def test_nothing_can_be_changed(engine: tabrin.Database) -> None:
-    for value in (engine, engine[0], engine[0].signals[0], engine[0].signals[3].value_descriptions[0], engine.errors[0]):
+    for value in (
+        engine,
+        engine[0],
+        engine[0].signals[0],
+        engine[0].signals[3].value_descriptions[0],
+        engine.errors[0],
+    ):
         for field in dataclasses.fields(value):
             with pytest.raises(dataclasses.FrozenInstanceError):
                 setattr(value, field.name, None)
@@ -167,7 +177,10 @@ def test_values_can_be_compared_hashed_and_pickled(engine: tabrin.Database) -> N
     assert again == engine
     assert hash(again) == hash(engine)
     assert pickle.loads(pickle.dumps(engine)) == engine
-    assert dataclasses.asdict(engine)["messages"][2]["signals"][0]["value_descriptions"][0] == {"value": -1, "text": "reverse"}
+    assert dataclasses.asdict(engine)["messages"][2]["signals"][0]["value_descriptions"][0] == {
+        "value": -1,
+        "text": "reverse",
+    }
 
 
 def test_what_was_read_passes_the_checks_of_what_is_built(engine: tabrin.Database) -> None:

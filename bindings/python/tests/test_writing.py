@@ -36,7 +36,14 @@ BUILT = tabrin.Database(
                     value_descriptions=(ValueDescription(3, "three"), ValueDescription(-1, "minus")),
                 ),
                 Signal("Switch", 16, 8, multiplex_kind=MultiplexKind.MULTIPLEXOR),
-                Signal("Real", 24, 32, value_type=ValueType.FLOAT, multiplex_kind=MultiplexKind.MULTIPLEXED, multiplex_value=4),
+                Signal(
+                    "Real",
+                    24,
+                    32,
+                    value_type=ValueType.FLOAT,
+                    multiplex_kind=MultiplexKind.MULTIPLEXED,
+                    multiplex_value=4,
+                ),
             ),
         ),
         Message(0x80000009, "First", 2),
@@ -90,7 +97,9 @@ def test_built_database_comes_back(tmp_path: Path) -> None:
     expected = dataclasses.replace(
         BUILT[0], transmitter="Node_A", comment=r"say \"hi\"", signals=(big, with_receiver(switch), with_receiver(real))
     )
-    assert again == dataclasses.replace(BUILT, messages=(expected, dataclasses.replace(BUILT[1], transmitter="Kestrune")))
+    assert again == dataclasses.replace(
+        BUILT, messages=(expected, dataclasses.replace(BUILT[1], transmitter="Kestrune"))
+    )
 
 
 def with_receiver(signal: Signal) -> Signal:
@@ -153,7 +162,9 @@ def renamed(tmp_path: Path) -> Path:
 
 def test_other_identifier_is_refused(tmp_path: Path, renamed: Path) -> None:
     target = tmp_path / "out.dbc"
-    with pytest.raises(tabrin.IdentifierError, match="signal 'Speed of it': was read as Spd and would be written as Speed_of_it"):
+    with pytest.raises(
+        tabrin.IdentifierError, match="signal 'Speed of it': was read as Spd and would be written as Speed_of_it"
+    ):
         tabrin.read(renamed).write(target)
     assert not target.exists()
 
@@ -207,7 +218,9 @@ TOO_LONG = [
 def test_long_text_is_refused(tmp_path: Path, database: tabrin.Database, field: str, size: int, limit: int) -> None:
     path = tmp_path / "kept.dbc"
     path.write_text("as it was")
-    with pytest.raises(tabrin.TextTooLongError, match=f"^message '.*, {field}: takes {size} bytes, and the limit is {limit}") as caught:
+    with pytest.raises(
+        tabrin.TextTooLongError, match=f"^message '.*, {field}: takes {size} bytes, and the limit is {limit}"
+    ) as caught:
         database.write(path)
     assert (caught.value.size, caught.value.limit) == (size, limit)
     assert path.read_text() == "as it was"

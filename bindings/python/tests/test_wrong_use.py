@@ -45,8 +45,8 @@ WRONG_TYPES: list[tuple[str, Callable[[], Any]]] = [
     ("value: expected a whole number", lambda: ValueDescription("0", "off")),  # type: ignore[arg-type]
     ("text: expected a text", lambda: ValueDescription(0, None)),  # type: ignore[arg-type]
     ("id: expected a whole number .int., not str", lambda: Message("0x1", "M", 8)),  # type: ignore[arg-type]
-    ("signals: expected several Signal, not Signal", lambda: Message(1, "M", 8, Signal("S", 0, 8))),  # type: ignore[arg-type]
-    ("signals.0.: expected Signal, not Message", lambda: Message(1, "M", 8, (Message(1, "M", 8),))),  # type: ignore[arg-type]
+    ("signals: expected several Signal, not int", lambda: Message(1, "M", 8, 5)),  # type: ignore[arg-type]
+    ("signals.0.: expected Signal, not str", lambda: Message(1, "M", 8, ("S",))),  # type: ignore[arg-type]
     ("messages.0.: expected Message, not str", lambda: Database(("M",))),  # type: ignore[arg-type]
     ("messages: expected several Message, not int", lambda: Database(5)),  # type: ignore[arg-type]
     ("errors: expected several FaultyStatement, not NoneType", lambda: Database(errors=None)),  # type: ignore[arg-type]
@@ -94,7 +94,10 @@ WRONG_VALUES: list[tuple[str, Callable[[], Any]]] = [
     ),
     ("signals: 10001, and the limit is 10000", lambda: Message(1, "M", 8, (Signal("S", 0, 8),) * 10001)),
     ("message 'a.x00b', name: holds a NUL", lambda: Database((Message(1, "a\0b", 8),)).write("never.dbc")),
-    ("message 'M', comment: no valid text", lambda: Database((Message(1, "M", 8, comment="\ud800"),)).write("never.dbc")),
+    (
+        "message 'M', comment: no valid text",
+        lambda: Database((Message(1, "M", 8, comment="\ud800"),)).write("never.dbc"),
+    ),
 ]
 
 
@@ -126,7 +129,9 @@ PATHS = [
     ],
     ids=["read", "convert from", "convert to", "write"],
 )
-def test_wrong_path(marked_library: Library, attempt: Callable[[str], Any], path: str, message: str, status: int) -> None:
+def test_wrong_path(
+    marked_library: Library, attempt: Callable[[str], Any], path: str, message: str, status: int
+) -> None:
     with pytest.raises(tabrin.PathError, match=message) as caught:
         attempt(path)
     assert caught.value.status == status
@@ -149,7 +154,9 @@ def test_longest_path_is_taken(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) 
 @pytest.mark.parametrize("index", [6, 7, 1000000, -7])
 def test_message_index_out_of_range(index: int) -> None:
     database = tabrin.read(SAMPLE)
-    with pytest.raises(tabrin.MessageIndexError, match=f"message index {index} is out of range: the database has 6 messages"):
+    with pytest.raises(
+        tabrin.MessageIndexError, match=f"message index {index} is out of range: the database has 6 messages"
+    ):
         database[index]
     assert isinstance(tabrin.MessageIndexError(), IndexError)
 
@@ -207,4 +214,6 @@ def test_exceptions_can_be_pickled() -> None:
 
 
 def test_fault_is_a_plain_value() -> None:
-    assert FaultyStatement(tabrin.FaultCode.MESSAGE_ID, 3, "BO_ x\n") == FaultyStatement(tabrin.FaultCode.MESSAGE_ID, 3, "BO_ x\n")
+    assert FaultyStatement(tabrin.FaultCode.MESSAGE_ID, 3, "BO_ x\n") == FaultyStatement(
+        tabrin.FaultCode.MESSAGE_ID, 3, "BO_ x\n"
+    )

@@ -8,8 +8,9 @@
             print(message.name, signal.name, signal.unit)
     database.write("copy.dbc", tabrin.MessageOrder.NAME)
 
-A database is a value: it never changes, and is independent of the library and of what is read after it. The library itself
-holds one database for the whole process. This package uses it for the time of a call, under a lock, and leaves it empty.
+A database is a value: it never changes, and is independent of the library and of what is read after it. The library
+itself holds one database for the whole process. This package uses it for the time of a call, under a lock, and leaves
+it empty.
 """
 
 from ._errors import (

@@ -74,7 +74,7 @@ def items(field: str, value: Any, kind: Type[Item]) -> tuple[Item, ...]:
 
 
 def encoded(field: str, value: str, limit: int, cut: bool) -> bytes:
-    """The bytes for a field of ``limit`` bytes and a NUL. Cut means: in front of the first character that does not fit."""
+    """The bytes for a field of ``limit`` bytes and a NUL, cut in front of the first character that does not fit."""
     try:
         data = value.encode()
     except UnicodeEncodeError as error:

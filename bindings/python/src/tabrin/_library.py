@@ -158,8 +158,8 @@ def load(path: Optional[_checks.Path] = None) -> LibraryInfo:
     """Loads the shared library and says which it is; without ``path``, the one that is found.
 
     Only needed to choose the library: otherwise the first operation loads it. It is looked for in this order: the file
-    that the environment variable ``TABRIN_LIBRARY`` names; beside this package, where a wheel has it; in the build folder
-    of the source tree; in the system's search path.
+    that the environment variable ``TABRIN_LIBRARY`` names; beside this package, where a wheel has it; in the build
+    folder of the source tree; in the system's search path.
 
     Raises LibraryError when there is none, when it is of another version, or when another one is in use already.
     """

@@ -97,10 +97,10 @@ class ValueDescription:
 class Signal:
     """One signal of a message. Physical value = raw value * factor + offset.
 
-    ``identifier_name`` and ``unit_ascii`` come from the library alone: the name and the unit in the form that files carry.
-    They are empty until a database is read. ``start_value`` and ``inactive_value`` are raw values, a signed one by its bits
-    as an unsigned number; the library reads them and does not write them. Quotes in ``comment`` carry a backslash, also
-    when they are given without one.
+    ``identifier_name`` and ``unit_ascii`` come from the library alone: the name and the unit in the form that files
+    carry. They are empty until a database is read. ``start_value`` and ``inactive_value`` are raw values, a signed one
+    by its bits as an unsigned number; the library reads them and does not write them. Quotes in ``comment`` carry a
+    backslash in files; they need none when a comment is given.
     """
 
     name: str
@@ -252,10 +252,10 @@ class Database:
     ) -> None:
         """Writes a DBC file; one that is there is replaced.
 
-        ``cut`` allows to cut texts that are too long for the library, in front of the first character that does not fit.
-        The library makes the identifier of every message and signal from its name. Where that is not the identifier under
-        which it was read, IdentifierError is raised and no file is touched, unless ``rename`` allows it. To convert a
-        file as it is, take ``tabrin.convert``.
+        ``cut`` allows to cut texts that are too long for the library, in front of the first character that does not
+        fit. The library makes the identifier of every message and signal from its name. Where that is not the
+        identifier under which it was read, IdentifierError is raised and no file is touched, unless ``rename`` allows
+        it. To convert a file as it is, take ``tabrin.convert``.
         """
         from ._writing import write  # which imports this module
 
@@ -264,7 +264,9 @@ class Database:
     @cached_property
     def _messages_by_name(self) -> dict[str, Message]:
         found = {message.name: message for message in reversed(self.messages)}
-        found.update({message.identifier_name: message for message in reversed(self.messages) if message.identifier_name})
+        found.update(
+            {message.identifier_name: message for message in reversed(self.messages) if message.identifier_name}
+        )
         return found
 
     @cached_property

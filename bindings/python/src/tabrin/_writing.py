@@ -5,7 +5,15 @@ from __future__ import annotations
 import ctypes
 
 from . import _checks
-from ._errors import FieldTypeError, FieldValueError, FileError, FileStatus, IdentifierError, TabrinError, TextTooLongError
+from ._errors import (
+    FieldTypeError,
+    FieldValueError,
+    FileError,
+    FileStatus,
+    IdentifierError,
+    TabrinError,
+    TextTooLongError,
+)
 from ._library import Library, loaded_library, lock
 from ._model import _MAX_RECEIVER, Database, FaultyStatement, Message, MessageOrder, Signal, ValueDescription
 from ._reading import copied_errors, empty, read_into_library
@@ -147,12 +155,16 @@ def _compare_identifiers(library: Library, index: int, message: Message) -> None
     for position, signal in enumerate(message):
         if signal.identifier_name:
             _demand(library.TabrinGetCanSignalData(index, position, signal_record))
-            _compare_identifier(f"{where}, signal {signal.name!r}", signal.identifier_name, signal_record.identifierName)
+            _compare_identifier(
+                f"{where}, signal {signal.name!r}", signal.identifier_name, signal_record.identifierName
+            )
 
 
 def _compare_identifier(where: str, was: str, made: bytes) -> None:
     if made != was.encode():
-        raise IdentifierError(f"{where}: was read as {was} and would be written as {made.decode()} (rename=True allows it)")
+        raise IdentifierError(
+            f"{where}: was read as {was} and would be written as {made.decode()} (rename=True allows it)"
+        )
 
 
 def _write_file(library: Library, plain: bytes, order: MessageOrder) -> None:
