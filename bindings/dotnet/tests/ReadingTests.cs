@@ -81,6 +81,19 @@ public class ReadingTests : InFolder
     }
 
     [Test]
+    public void StartAndInactiveValuesAreToldApart()
+    {
+        Files.Write(
+            InIt("values.dbc"),
+            "BO_ 1 A: 8 N\n SG_ S : 0|8@1- (1,0) [0|1] \"\" N\n" +
+                "BA_DEF_ SG_ \"GenSigStartValue\" INT -10 10;\nBA_ \"GenSigStartValue\" SG_ 1 S 7;\n" +
+                "BA_DEF_ SG_ \"GenSigInactiveValue\" INT -10 10;\nBA_ \"GenSigInactiveValue\" SG_ 1 S 9;\n");
+        Signal signal = Database.Read(InIt("values.dbc"))[0].Signals[0];
+        Assert.That(signal.StartValue, Is.EqualTo(7));
+        Assert.That(signal.InactiveValue, Is.EqualTo(9));
+    }
+
+    [Test]
     public void MultiplexingIsRead()
     {
         Signal[] signals = engine.ById(1792).ToArray();

@@ -163,6 +163,17 @@ public class WritingTests : InFolder
         Assert.That(Files.Lines(InIt("cut.dbc")), Has.Member(expected));
     }
 
+    // In a file it would not show: the library drops such a part.
+    [TestCase("aé", 2, 1)]
+    [TestCase("é", 1, 0)]
+    [TestCase("a€", 3, 1)]
+    [TestCase("\U0001f697", 3, 0)]
+    [TestCase("aéb", 3, 3)]
+    public void NoPartOfACharacterIsLeft(string text, int limit, int kept)
+    {
+        Assert.That(Utf8.Bytes("field", text, limit, true).Length, Is.EqualTo(kept));
+    }
+
     private static IEnumerable<TestCaseData> Longest()
     {
         yield return new TestCaseData(WithMessage(name: new string('n', 255)));

@@ -65,6 +65,17 @@ def test_signal_has_what_later_statements_say(engine: tabrin.Database) -> None:
     assert engine[0].by_name("EngineSpeed").receivers == ("GearControl", "Dashboard")
 
 
+def test_start_and_inactive_values_are_told_apart(tmp_path: Path) -> None:
+    path = tmp_path / "values.dbc"
+    path.write_text(
+        'BO_ 1 A: 8 N\n SG_ S : 0|8@1- (1,0) [0|1] "" N\n'
+        'BA_DEF_ SG_ "GenSigStartValue" INT -10 10;\nBA_ "GenSigStartValue" SG_ 1 S 7;\n'
+        'BA_DEF_ SG_ "GenSigInactiveValue" INT -10 10;\nBA_ "GenSigInactiveValue" SG_ 1 S 9;\n'
+    )
+    signal = tabrin.read(path)[0].signals[0]
+    assert (signal.start_value, signal.inactive_value) == (7, 9)
+
+
 def test_multiplexing_is_read(engine: tabrin.Database) -> None:
     assert [(signal.multiplex_kind, signal.multiplex_value) for signal in engine.by_id(1792)] == [
         (MultiplexKind.MULTIPLEXOR, 0),

@@ -9,6 +9,7 @@ import pytest
 from conftest import SAMPLE
 
 import tabrin
+from tabrin import _checks
 from tabrin import ByteOrder, Message, MessageOrder, MultiplexKind, ProtocolType, Signal, ValueDescription, ValueType
 
 BUILT = tabrin.Database(
@@ -247,6 +248,22 @@ def test_long_text_can_be_cut(tmp_path: Path, database: tabrin.Database, expecte
     path = tmp_path / "cut.dbc"
     database.write(path, cut=True)
     assert expected in text_of(path).split("\n")
+
+
+@pytest.mark.parametrize(
+    ("text", "limit", "expected"),
+    [
+        ("aé", 2, b"a"),
+        ("aé", 1, b"a"),
+        ("é", 1, b""),
+        ("a€", 3, b"a"),
+        ("\U0001f697", 3, b""),
+        ("aéb", 3, "aé".encode()),
+    ],
+)
+def test_no_part_of_a_character_is_left(text: str, limit: int, expected: bytes) -> None:
+    # In a file it would not show: the library drops such a part.
+    assert _checks.encoded("field", text, limit, True) == expected
 
 
 @pytest.mark.parametrize(
