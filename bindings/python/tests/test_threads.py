@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import signal
 import sys
 import threading
 from concurrent.futures import ThreadPoolExecutor
@@ -13,7 +14,8 @@ from conftest import SAMPLE
 
 import tabrin
 from tabrin import Database, Message, Signal
-from tabrin._library import lock
+from tabrin import _reading
+from tabrin._library import Library, lock
 
 
 @pytest.fixture
@@ -69,6 +71,31 @@ def test_thread_in_the_middle_of_a_call_is_refused(tmp_path: Path) -> None:
                 attempt()
     assert not (tmp_path / "never.dbc").exists()
     assert len(tabrin.read(SAMPLE)) == 6
+
+
+@pytest.mark.skipif(not hasattr(signal, "SIGUSR1"), reason="needs a signal to send")
+def test_signal_handler_in_the_middle_of_a_call_is_refused(small_file: Path, monkeypatch: pytest.MonkeyPatch) -> None:
+    caught: list[Exception] = []
+
+    def handler(number: int, frame: object) -> None:
+        try:
+            tabrin.read(small_file)
+        except tabrin.TabrinError as error:
+            caught.append(error)
+
+    def interrupted(library: Library) -> tuple[tabrin.FaultyStatement, ...]:
+        signal.raise_signal(signal.SIGUSR1)
+        return copied_errors(library)
+
+    copied_errors = _reading.copied_errors
+    monkeypatch.setattr(_reading, "copied_errors", interrupted)
+    before = signal.signal(signal.SIGUSR1, handler)
+    try:
+        database = tabrin.read(SAMPLE)
+    finally:
+        signal.signal(signal.SIGUSR1, before)
+    assert [type(error) for error in caught] == [tabrin.BusyError]
+    assert (len(database), len(database.errors)) == (6, 1)
 
 
 def test_lock_is_free_after_a_failure(tmp_path: Path) -> None:

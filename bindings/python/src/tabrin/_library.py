@@ -123,22 +123,27 @@ def _search() -> Library:
 
 
 class _Lock:
-    """One operation at a time. Other threads wait; the same thread, which would wait for itself, gets an exception."""
+    """One operation at a time. Other threads wait; the same thread, which would wait for itself, gets an exception.
+
+    A signal handler can run between any two steps here. Before an operation has begun and when it has ended, it may have
+    the library; what it then does is over before the step behind it.
+    """
 
     def __init__(self) -> None:
-        self._lock = threading.Lock()
-        self._owner: Optional[int] = None
+        self._lock = threading.RLock()
+        self._busy = False
 
     def __enter__(self) -> None:
-        if self._owner == threading.get_ident():
-            raise BusyError("the library is busy with a call of this thread")
         self._lock.acquire()
-        self._owner = threading.get_ident()
+        if self._busy:
+            self._lock.release()
+            raise BusyError("the library is busy with a call of this thread")
+        self._busy = True
 
     def __exit__(
         self, kind: Optional[Type[BaseException]], value: Optional[BaseException], trace: Optional[TracebackType]
     ) -> None:
-        self._owner = None
+        self._busy = False
         self._lock.release()
 
 
