@@ -101,9 +101,15 @@ bool ParseBits(CANSignal& signal, std::string_view line, size_t& position) {
     return true;
 }
 
+// The next such character at or after `pos`. Usually only blanks are in between.
+size_t FindCharNear(std::string_view line, size_t pos, char c) {
+    const size_t found = FindNonBlank(line, pos);
+    return found != kNpos && line[found] == c ? found : line.find(c, pos);
+}
+
 // Two numbers between brackets, such as "(0.5,-40)" or "[0|8031.875]".
 bool ParsePair(std::string_view line, size_t& position, std::string_view brackets, double& first, double& second) {
-    const size_t open = line.find(brackets[0], position);
+    const size_t open = FindCharNear(line, position, brackets[0]);
     if (open == kNpos) {
         return false;
     }
@@ -129,7 +135,7 @@ bool ParseRange(CANSignal& signal, std::string_view line, size_t& position) {
 
 // Without two quotes there is no unit, and the receivers follow one character further on.
 void ParseUnit(CANSignal& signal, std::string_view line, size_t& position) {
-    const size_t open = line.find('"', position);
+    const size_t open = FindCharNear(line, position, '"');
     const size_t close = open == kNpos ? kNpos : line.find('"', open + 1);
     if (close == kNpos) {
         ++position;

@@ -95,7 +95,7 @@ bool CANSignal::ParseValueDescriptionLine(std::string_view line, uint32_t messag
         int32_t value = 0;
         // What stands in front of a quote and is no number is passed over; the text behind that quote is then tried as
         // the next value.
-        if (ToI32(TextUntilChar(line, position, '"', quote), value)) {
+        if (I32UntilChar(line, position, '"', value, quote)) {
             const std::string_view description = TextUntilChar(line, quote + 1, '"', quote);
             valueDescriptions.Add(value, description);
         }

@@ -151,6 +151,20 @@ bool U32UntilChar(std::string_view text, size_t pos, char delimiter, uint32_t& v
     return ToU32(TextUntilChar(text, pos, delimiter, found), value);
 }
 
+bool I32UntilChar(std::string_view text, size_t pos, char delimiter, int32_t& value, size_t& found) {
+    std::string_view rest = text.substr(std::min(pos, text.size()));
+    const bool negative = TakeSign(rest);
+    uint64_t number = 0;
+    const size_t count = TakeDigits(rest, number);
+    TakeBlanks(rest);
+    if (count != 0 && count <= kSafeDigits && rest.starts_with(delimiter)) {
+        value = negative ? -static_cast<int32_t>(number) : static_cast<int32_t>(number);
+        found = text.size() - rest.size();
+        return true;
+    }
+    return ToI32(TextUntilChar(text, pos, delimiter, found), value);
+}
+
 bool DoubleUntilChar(std::string_view text, size_t pos, char delimiter, double& value, size_t& found) {
     std::string_view rest = text.substr(std::min(pos, text.size()));
     const bool negative = TakeSign(rest);
