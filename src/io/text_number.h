@@ -34,7 +34,8 @@ bool ToI64(std::string_view text, int64_t& value);
 bool ToDouble(std::string_view text, double& value);
 
 // The number in front of the next `delimiter` at or after `pos`, whose position goes to `found`, kNpos when there is none:
-// what ToU32, ToI32 and ToDouble make of TextUntilChar. A plain number right in front of it is read without looking for it first.
+// what ToU32, ToI32 and ToDouble make of TextUntilChar. A plain number right in front of it is read without looking for it
+// first. The delimiter must be none of the characters that numbers and the blanks around them consist of.
 bool U32UntilChar(std::string_view text, size_t pos, char delimiter, uint32_t& value, size_t& found);
 bool I32UntilChar(std::string_view text, size_t pos, char delimiter, int32_t& value, size_t& found);
 bool DoubleUntilChar(std::string_view text, size_t pos, char delimiter, double& value, size_t& found);
