@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "io/dbc_keywords.h"
 #include "io/text_number.h"
@@ -59,15 +60,15 @@ bool ParseIntType(TokenReader& tokens, Attribute& definition) {
 }
 
 bool ParseEnumType(TokenReader& tokens, Attribute& definition) {
-    auto values = std::make_shared<Attribute::EnumValues>();
+    std::vector<std::string> values;
     for (std::string_view token; tokens.Next(token);) {
         if (ClassifyToken(token) != TokenKind::Quoted) {
             return false;
         }
-        values->emplace_back(Unquoted(token));
+        values.emplace_back(Unquoted(token));
     }
-    definition.enumValues = values;
-    return !values->empty();
+    definition.enumValues = std::make_shared<const EnumValues>(std::move(values));
+    return !definition.enumValues->empty();
 }
 
 bool ParseType(std::string_view type, TokenReader& tokens, Attribute& definition) {

@@ -33,8 +33,9 @@ bool ReadMessage(CANDatabase& database, std::string_view statement, uint32_t lin
         database.RecordErrors(statement, line, message->parseErrors);
         return false;
     }
-    database.AddParsedMessage(std::move(message));
+    // Before it is added: where that breaks off in the middle, the database holds it already.
     scope.Keep();
+    database.AddParsedMessage(std::move(message));
     return true;
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "dbc/attribute_statements.h"
+#include "model/object_name.h"
 
 namespace tabrin {
 
@@ -73,9 +74,10 @@ void SetNumber(Object& object, const Attribute& attribute) {
     object.*Field = static_cast<uint32_t>(attribute.intValue);
 }
 
+// A name given later changes the long name only: files refer to the identifier form.
 template <typename Object>
 void SetLongName(Object& object, const Attribute& attribute) {
-    object.SetLongName(attribute.stringValue);
+    object.name = attribute.stringValue;
 }
 
 constexpr ObjectAttribute<CANMessage> kMessageAttributes[] = {
@@ -164,7 +166,9 @@ void ApplySignalValue(CANDatabase& database, const Attribute& value) {
 }
 
 void ApplyValues(CANDatabase& database) {
-    database.attributes.ForEachValue([&](const Attribute& value) {
+    database.attributes.ForEachValue([&](Attribute value) {
+        // Only long names are texts here. However many objects share one, it is kept once.
+        value.stringValue = KeepNormalised(database.arena, value.stringValue);
         if (value.objectType == ObjectType::Message) {
             ApplyMessageValue(database, value);
         } else if (value.objectType == ObjectType::Signal) {

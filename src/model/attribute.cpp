@@ -1,6 +1,8 @@
 #include "model/attribute.h"
 
 #include <algorithm>
+#include <numeric>
+#include <utility>
 
 #include "io/text_number.h"
 #include "io/token_reader.h"
@@ -26,16 +28,26 @@ bool SetEnumFromNumber(Attribute& attribute, int32_t number) {
 }
 
 bool SetEnumFromName(Attribute& attribute, std::string_view name) {
-    const Attribute::EnumValues& names = attribute.EnumList();
-    const auto found = std::find(names.begin(), names.end(), name);
-    if (found == names.end()) {
+    const size_t index = attribute.EnumList().IndexOf(name);
+    if (index == attribute.EnumList().size()) {
         return false;
     }
-    attribute.enumIndex = static_cast<int32_t>(found - names.begin());
+    attribute.enumIndex = static_cast<int32_t>(index);
     return true;
 }
 
 }  // namespace
+
+EnumValues::EnumValues(std::vector<std::string> names) : names_(std::move(names)), byName_(names_.size()) {
+    std::iota(byName_.begin(), byName_.end(), 0U);
+    std::stable_sort(byName_.begin(), byName_.end(), [this](uint32_t a, uint32_t b) { return names_[a] < names_[b]; });
+}
+
+size_t EnumValues::IndexOf(std::string_view name) const {
+    const auto isLess = [this](uint32_t index, std::string_view text) { return names_[index] < text; };
+    const auto found = std::lower_bound(byName_.begin(), byName_.end(), name, isLess);
+    return found != byName_.end() && names_[*found] == name ? *found : names_.size();
+}
 
 const Attribute::EnumValues& Attribute::EnumList() const {
     static const EnumValues kNone;

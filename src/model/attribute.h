@@ -1,6 +1,7 @@
 // Attributes: named, typed properties of the database, of messages and of signals.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -16,10 +17,30 @@ enum class AttributeObjectType : uint32_t { General = 0, Message = 1, Signal = 2
 // Floating-point and hexadecimal attributes do not exist. Unsupported is never stored.
 enum class AttributeValueType : uint32_t { Unsupported = 0, Int = 1, Enum = 2, String = 3 };
 
+// The values of an enumeration, in the order of their indexes.
+class EnumValues {
+public:
+    EnumValues() = default;
+    explicit EnumValues(std::vector<std::string> names);
+
+    [[nodiscard]] bool empty() const { return names_.empty(); }
+    [[nodiscard]] size_t size() const { return names_.size(); }
+    [[nodiscard]] const std::string& operator[](size_t index) const { return names_[index]; }
+    [[nodiscard]] auto begin() const { return names_.begin(); }
+    [[nodiscard]] auto end() const { return names_.end(); }
+
+    // The first index of the name; the size when it is none of them.
+    [[nodiscard]] size_t IndexOf(std::string_view name) const;
+
+private:
+    std::vector<std::string> names_;
+    std::vector<uint32_t> byName_;  // indexes in the order of their names, so that thousands of them are no trouble
+};
+
 // A definition with its default, or a value. A value is a copy of its definition with the object and the value filled in.
 // The texts are views: those of an attribute in a store live as long as it does.
 struct Attribute {
-    using EnumValues = std::vector<std::string>;
+    using EnumValues = tabrin::EnumValues;
 
     std::string_view name;
     AttributeObjectType objectType = AttributeObjectType::General;

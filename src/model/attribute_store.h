@@ -34,8 +34,8 @@ public:
     // object type the order is Int, String, Enum.
     [[nodiscard]] const Attribute* FindDefinitionForValue(std::string_view name) const;
 
-    // The first definition or value of a key stays; a later one is dropped. The key is the name, the value type and the
-    // object: for a definition its type, for a value also the message and the signal.
+    // The first definition or value of a key counts; a later one is dropped, or found by nobody. The key is the name, the
+    // value type and the object: for a definition its type, for a value also the message and the signal.
     void AddDefinition(const Attribute& attribute);
     void AddValue(const Attribute& attribute);
     // The same for a value that was made from this definition of the store.
@@ -45,11 +45,12 @@ public:
     // fit keeps its default.
     void SetDefaults(std::string_view name, std::string_view text);
 
-    // In the order in which they were added.
+    // In the order in which they were added, without later ones of a key.
     [[nodiscard]] const Sequence& Definitions() const { return definitions_; }
     [[nodiscard]] std::vector<Attribute> Values() const;
 
-    // Calls `use` with the values in that order, and with those to be dropped too: the first of a key comes first.
+    // Calls `use` with the values in that order, the later ones of a key included: to leave them out takes longer than to
+    // pass over them.
     template <typename Use>
     void ForEachValue(Use use) const {
         for (const Value& value : values_) {

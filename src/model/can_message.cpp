@@ -151,10 +151,6 @@ bool CANMessage::PrepareForWriting() {
     return any;
 }
 
-void CANMessage::SetLongName(std::string_view text) {
-    name = KeepNormalised(*arena_, text);
-}
-
 void CANMessage::SetSendType(std::string_view text) {
     sendType = KeepIdentifier(*arena_, text);
 }

@@ -54,8 +54,6 @@ public:
     // names of other signals as they stand: Speed, Speed_0001 and Speed give Speed_0001 twice.
     bool PrepareForWriting();
 
-    // A name given later changes the long name only: files refer to the identifier form.
-    void SetLongName(std::string_view text);
     void SetSendType(std::string_view text);
     void AppendComment(std::string_view text);
 

@@ -146,10 +146,6 @@ bool CANSignal::ApplyUniqueSuffix(uint32_t index) {
     return true;
 }
 
-void CANSignal::SetLongName(std::string_view text) {
-    name = KeepNormalised(GetArena(), text);
-}
-
 void CANSignal::SetUnit(std::string_view text) {
     unitAsWritten = GetArena().Keep(text);
     unit = IsAscii(text) ? unitAsWritten : GetArena().Keep(AsciiFold(text));

@@ -60,8 +60,6 @@ public:
 
     [[nodiscard]] bool IsFloat() const { return valueType == TABRIN_VALUE_FLOAT || valueType == TABRIN_VALUE_DOUBLE; }
 
-    // A name given later changes the long name only: files refer to the identifier form.
-    void SetLongName(std::string_view text);
     void SetUnit(std::string_view text);
     void AppendComment(std::string_view text);
 

@@ -250,7 +250,7 @@ TEST(CommentStatement, LaterLongNameDoesNotMatter) {
     CANDatabase database;
     CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
     CANSignal& signal = AddReadSignal(message, "Short");
-    signal.SetLongName("Long");
+    signal.name = "Long";
     EXPECT_TRUE(ReadSignalComment(database, R"(CM_ SG_ 100 Long "wrong";)"));
     EXPECT_TRUE(ReadSignalComment(database, R"(CM_ SG_ 100 Short "right";)"));
     EXPECT_EQ(signal.comment, "right");

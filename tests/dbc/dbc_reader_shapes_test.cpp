@@ -89,5 +89,30 @@ TEST(DbcReaderShapes, CommentInManyPieces) {
     EXPECT_EQ(database.messages[0]->comment.View().size(), 8 * kMany);
 }
 
+TEST(DbcReaderShapes, LongListOfValuesThatManyStatementsMiss) {
+    std::string list;
+    for (uint32_t i = 0; i < kMany; ++i) {
+        list += (i == 0 ? "\"v" : ",\"v") + std::to_string(i) + "\"";
+    }
+    CANDatabase database;
+    ASSERT_TRUE(ReadText(
+        database, "BO_ 1 M: 8 X\nBA_DEF_ BO_ \"GenMsgSendType\" ENUM " + list + ";\n" + Repeated(kMany, [](uint32_t) {
+                      return std::string(
+                          "BA_DEF_DEF_ \"GenMsgSendType\" \"missing\";\n"
+                          "BA_ \"GenMsgSendType\" BO_ 1 9999999;\n");
+                  }) + "BA_DEF_DEF_ \"GenMsgSendType\" \"v49999\";\n"));
+    EXPECT_EQ(database.messages.front()->sendType, "v49999");
+}
+
+TEST(DbcReaderShapes, LongNameOfManyMessagesOfOneIdentifier) {
+    CANDatabase database;
+    const std::string name(1000000, 'n');
+    ASSERT_TRUE(ReadText(database, "BA_DEF_ BO_ \"Kestrune_Msg_Name\" STRING ;\n" +
+                                       Repeated(kMany, [](uint32_t) { return std::string("BO_ 1 M: 8 X\n"); }) +
+                                       "BA_ \"Kestrune_Msg_Name\" BO_ 1 \"" + name + "\";\n"));
+    ASSERT_EQ(database.messages.size(), kMany);
+    EXPECT_EQ(database.messages.back()->name, name);
+}
+
 }  // namespace
 }  // namespace tabrin

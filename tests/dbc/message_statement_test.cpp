@@ -224,7 +224,7 @@ TEST(MessageStatement, BrokenUtf8IsThrown) {
 TEST(MessageStatement, LongNameGivenLaterIsNotWritten) {
     OwnMessage message;
     ASSERT_TRUE(message.ParseLine("BO_ 100 Msg: 8 ECU"));
-    message.SetLongName("Another Name");
+    message.name = "Another Name";
     EXPECT_EQ(message.WriteDefinitionLine(), "BO_ 100 Msg: 8 ECU");
 }
 

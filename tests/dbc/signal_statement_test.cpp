@@ -405,7 +405,7 @@ TEST(SignalStatement, CodesAreWritten) {
 TEST(SignalStatement, WrittenTextsAreThoseReducedToAscii) {
     OwnSignal signal;
     ASSERT_TRUE(signal.ParseLine("SG_ \xC3\x84 1 : 0|8@1+ (1,0) [0|1] \"\xC2\xB0 C\" B\xC3\xA4r"));
-    signal.SetLongName("Another Name");
+    signal.name = "Another Name";
     EXPECT_EQ(signal.WriteDefinitionLine(), " SG_ __1 : 0|8@1+ (1,0) [0|1] \"_ C\" B_r");
 }
 

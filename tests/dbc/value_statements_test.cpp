@@ -274,7 +274,7 @@ TEST(ValueDescriptionStatement, NameInFrontOfALongerOneIsMeantToo) {
 TEST(ValueDescriptionStatement, LaterLongNameDoesNotMatter) {
     CANDatabase database;
     CANSignal& signal = AddReadSignal(AddRead(database, "BO_ 100 Msg: 8 X"), "Short");
-    signal.SetLongName("Long");
+    signal.name = "Long";
     EXPECT_TRUE(ReadValueDescriptionStatement(database, R"(VAL_ 100 Long 0 "wrong";)"));
     EXPECT_TRUE(ReadValueDescriptionStatement(database, R"(VAL_ 100 Short 1 "right";)"));
     EXPECT_EQ(Listed(signal), "1=right");

@@ -305,5 +305,20 @@ TEST(WellKnownMessageName, CanBecomeEmpty) {
     EXPECT_EQ(database.Message(0).identifierName, "Engine");
 }
 
+TEST(WellKnownAttributes, NamesakesShareTheTextOfALongName) {
+    SmallDatabase database;
+    database.AddMessage(100, "Engine2", {"Speed"});
+    database.Apply({"BA_DEF_ BO_ \"Kestrune_Msg_Name\" STRING ;", "BA_DEF_ SG_ \"Kestrune_Sig_Name\" STRING ;",
+                    "BA_ \"Kestrune_Msg_Name\" BO_ 100 \"Engine\tData\";",
+                    "BA_ \"Kestrune_Sig_Name\" SG_ 100 Speed \"Engine\tspeed\";"});
+    EXPECT_EQ(database.Message(0).name, "Engine Data");
+    EXPECT_EQ(database.Message(2).name, "Engine Data");
+    EXPECT_EQ(database.Message(2).name.data(), database.Message(0).name.data());
+    EXPECT_EQ(database.Signal(0, 0).name, "Engine speed");
+    EXPECT_EQ(database.Signal(2, 0).name, "Engine speed");
+    EXPECT_EQ(database.Signal(2, 0).name.data(), database.Signal(0, 0).name.data());
+    EXPECT_EQ(database.Signal(1, 0).name, "Speed");
+}
+
 }  // namespace
 }  // namespace tabrin

@@ -169,17 +169,6 @@ TEST(CanMessage, CommentLineIsEmptyWithoutAComment) {
     EXPECT_EQ(message.WriteCommentLine(), "");
 }
 
-TEST(CanMessage, LongNameGivenLaterLeavesTheIdentifierForm) {
-    OwnMessage message;
-    message.name = "Old";
-    message.identifierName = "Old";
-    message.nameAsRead = "Old";
-    message.SetLongName(" New\tName\n\v\f\r");
-    EXPECT_EQ(message.name, " New Name    ");
-    EXPECT_EQ(message.identifierName, "Old");
-    EXPECT_EQ(message.nameAsRead, "Old");
-}
-
 TEST(CanMessage, SendTypeBecomesAnIdentifier) {
     struct Row {
         std::string given;

@@ -29,17 +29,6 @@ TEST(CanSignal, ResetLeavesOnlyTheParseErrors) {
     EXPECT_EQ(signal.parseErrors, std::vector<uint32_t>({3}));
 }
 
-TEST(CanSignal, LongNameGivenLaterLeavesTheIdentifierForm) {
-    OwnSignal signal;
-    signal.name = "Old";
-    signal.identifierName = "Old";
-    signal.nameAsRead = "Old";
-    signal.SetLongName(" New\tName\n\v\f\r");
-    EXPECT_EQ(signal.name, " New Name    ");
-    EXPECT_EQ(signal.identifierName, "Old");
-    EXPECT_EQ(signal.nameAsRead, "Old");
-}
-
 TEST(CanSignal, FloatsAreTheTwoFloatingPointTypes) {
     OwnSignal signal;
     const bool kExpected[] = {false, false, true, true, false};

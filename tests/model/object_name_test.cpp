@@ -65,5 +65,12 @@ TEST(ObjectName, BrokenUtf8IsThrown) {
     }
 }
 
+TEST(ObjectName, TabsAndLineBreaksOfATextBecomeSpaces) {
+    Arena arena;
+    const std::string given = " New\tName\n\v\f\r";
+    EXPECT_EQ(KeepNormalised(arena, given), " New Name    ");
+    EXPECT_EQ(KeepNormalised(arena, ""), "");
+}
+
 }  // namespace
 }  // namespace tabrin
