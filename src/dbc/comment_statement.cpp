@@ -38,7 +38,7 @@ bool ParseComment(std::string_view statement, size_t position, Comment& comment)
 
 // CM_ <object> <id>[ <name>] "<comment>"; The comment goes out as it is kept.
 void AppendTarget(LineText& line, std::string_view objectKeyword, uint32_t id) {
-    line.Append("CM_ ").Append(objectKeyword).Append(' ').AppendNumber(id);
+    line.Append(kCommentKeyword).Append(' ').Append(objectKeyword).Append(' ').AppendNumber(id);
 }
 
 void AppendText(LineText& line, std::string_view comment) {

@@ -69,7 +69,14 @@ void CANMessage::AppendDefinitionLine(LineText& line) const {
     if (invalid) {
         return;
     }
-    line.Append("BO_ ").AppendNumber(id).Append(' ').Append(identifierName).Append(": ").AppendNumber(dlc).Append(' ');
+    line.Append(kMessageKeyword)
+        .Append(' ')
+        .AppendNumber(id)
+        .Append(' ')
+        .Append(identifierName)
+        .Append(": ")
+        .AppendNumber(dlc)
+        .Append(' ');
     line.Append(transmitter.empty() ? kDefaultNode : transmitter);
 }
 

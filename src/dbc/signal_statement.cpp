@@ -198,7 +198,7 @@ void CANSignal::AppendDefinitionLine(LineText& line) const {
     if (invalid) {
         return;
     }
-    line.Append(" SG_ ").Append(identifierName);
+    line.Append(' ').Append(kSignalKeyword).Append(' ').Append(identifierName);
     AppendMultiplexer(line, *this);
     line.Append(" : ");
     AppendBits(line, *this);

@@ -106,7 +106,7 @@ bool CANSignal::ParseValueDescriptionLine(std::string_view line, uint32_t messag
 
 void CANSignal::AppendValueTypeLine(LineText& line, uint32_t messageId) const {
     if (IsFloat()) {
-        line.Append("SIG_VALTYPE_ ").AppendNumber(messageId).Append(' ').Append(identifierName);
+        line.Append(kValueTypeKeyword).Append(' ').AppendNumber(messageId).Append(' ').Append(identifierName);
         line.Append(valueType == TABRIN_VALUE_FLOAT ? " : 1;" : " : 2;");
     }
 }
@@ -122,7 +122,7 @@ void CANSignal::AppendValueDescriptionLine(LineText& line, uint32_t messageId) c
     if (!HasValueDescriptionLine(*this)) {
         return;
     }
-    line.Append("VAL_ ").AppendNumber(messageId).Append(' ').Append(identifierName);
+    line.Append(kValueDescriptionKeyword).Append(' ').AppendNumber(messageId).Append(' ').Append(identifierName);
     for (const auto& [value, text] : valueDescriptions.Entries()) {
         line.Append(' ').AppendNumber(value).Append(" \"").Append(text.View()).Append('"');
     }

@@ -11,7 +11,7 @@ void SetName(Arena& arena, std::string_view given, std::string_view& name, std::
     name = identifierName = given;
     if (!IsIdentifier(given)) {
         name = KeepNormalised(arena, given);
-        identifierName = KeepIdentifier(arena, name);
+        identifierName = arena.Keep(MakeIdentifier(name));
     }
 }
 

@@ -12,12 +12,12 @@ void SignalNameIndex::Add(const CANMessage& message) {
     run.reserve(message.signals.size());
     for (const auto& signal : message.signals) {
         const std::string_view name = signal->nameAsRead;
-        run.push_back({HashOf(name), signal.get()});
         if (name == signal->identifierName) {
+            run.push_back({HashOf(name), signal.get(), NameKind::Both});
             continue;
         }
-        run.push_back({HashOf(signal->identifierName) ^ kIdentifierMark, signal.get()});
-        hasOtherIdentifiers_ = true;
+        run.push_back({HashOf(name), signal.get(), NameKind::AsRead});
+        run.push_back({HashOf(signal->identifierName), signal.get(), NameKind::Identifier});
         if (std::any_of(name.begin(), name.end(), IsBlank)) {
             longestWithBlanks_ = std::max(longestWithBlanks_, name.size());
         }

@@ -21,16 +21,13 @@ public:
     // Calls `use` with every signal that was read with exactly this name.
     template <typename Use>
     void ForEachRead(std::string_view name, Use use) const {
-        Visit(HashOf(name), name, &CANSignal::nameAsRead, Always(use));
+        Visit(HashOf(name), name, NameKind::AsRead, Always(use));
     }
 
     // Calls `use` with every signal of exactly this identifier name, until it answers false.
     template <typename Use>
     void ForEachIdentified(std::string_view name, Use use) const {
-        const uint64_t hash = HashOf(name);
-        if (Visit(hash, name, &CANSignal::identifierName, use) && hasOtherIdentifiers_) {
-            Visit(hash ^ kIdentifierMark, name, &CANSignal::identifierName, use);
-        }
+        Visit(HashOf(name), name, NameKind::Identifier, use);
     }
 
     // Calls `use` with every signal whose name, as it was read, stands at `pos` of the text with a blank behind it: with
@@ -42,7 +39,7 @@ public:
         for (size_t end = pos; end < text.size(); ++end) {
             if (IsBlank(text[end])) {
                 const std::string_view name = text.substr(pos, end - pos);
-                Visit(hash, name, &CANSignal::nameAsRead, Always(use));
+                Visit(hash, name, NameKind::AsRead, Always(use));
                 if (name.size() >= longestWithBlanks_) {
                     return;
                 }
@@ -52,16 +49,18 @@ public:
     }
 
 private:
+    enum class NameKind : uint8_t { AsRead, Identifier, Both };
+
     struct Entry {
         uint64_t hash;
         CANSignal* signal;
+        NameKind kind;
     };
     // Ordered by the hash. The signals themselves are touched only where it fits. A signal is there by the name it was read
-    // with; where its identifier name is another, a second time by that, its hash with a mark.
+    // with; where its identifier name is another, a second time by that.
     using Run = std::vector<Entry>;
 
     static constexpr uint64_t kSeed = 0xCBF29CE484222325U;
-    static constexpr uint64_t kIdentifierMark = 0x9AE16A3B2F90404FU;
 
     template <typename Use>
     static auto Always(Use& use) {
@@ -76,21 +75,21 @@ private:
     static size_t FirstOf(const Run& run, uint64_t hash);
 
     template <typename Use>
-    bool Visit(uint64_t hash, std::string_view name, std::string_view CANSignal::*field, Use use) const {
+    void Visit(uint64_t hash, std::string_view name, NameKind kind, Use use) const {
+        const auto field = kind == NameKind::AsRead ? &CANSignal::nameAsRead : &CANSignal::identifierName;
         for (const Run& run : runs_) {
             for (size_t i = FirstOf(run, hash); i < run.size() && run[i].hash == hash; ++i) {
-                if ((*run[i].signal).*field == name && !use(*run[i].signal)) {
-                    return false;
+                const bool isOfKind = run[i].kind == kind || run[i].kind == NameKind::Both;
+                if (isOfKind && (*run[i].signal).*field == name && !use(*run[i].signal)) {
+                    return;
                 }
             }
         }
-        return true;
     }
 
     // One for each message; runs of like size are merged, so that there are never many.
     std::vector<Run> runs_;
     size_t longestWithBlanks_ = 0;
-    bool hasOtherIdentifiers_ = false;
 };
 
 }  // namespace tabrin

@@ -113,7 +113,7 @@ bool NaiveSetValue(Attribute& attribute, const std::string& text, std::deque<std
     const std::string quoted = NaiveUnquoted(text);
     if (attribute.valueType == Type::Enum) {
         for (int32_t i = 0; i < count; ++i) {
-            if (attribute.enumValues->at(static_cast<size_t>(i)) == quoted) {
+            if ((*attribute.enumValues)[static_cast<size_t>(i)] == quoted) {
                 attribute.enumIndex = i;
                 return true;
             }
