@@ -13,7 +13,7 @@ mkdir -p "$root/build"
 build_example() {
     cd "$root"
     # Without the tests, which need more to be installed, unless the folder was set up with them already.
-    [ -e "$build/build.ninja" ] || cmake --preset linux-release -DTABRIN_BUILD_TESTS=OFF
+    [ -e "$build/build.ninja" ] || cmake --preset linux-release -DTABRIN_BUILD_TESTS=OFF -DTABRIN_BUILD_TOOLS=OFF
     cmake --build --preset linux-release --target dbc_dump
 }
 if ! (build_example) >"$log" 2>&1; then

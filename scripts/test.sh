@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.." || exit 1
 
 bash scripts/install_packages.sh \
     g++ cmake ninja-build libutfcpp-dev libgtest-dev googletest clang-format-14 clang-tidy-14 \
-    g++-mingw-w64-x86-64-posix wine64 locales \
+    g++-mingw-w64-x86-64-posix wine64 locales libcli11-dev nlohmann-json3-dev \
     python3 python3-pytest mypy python3-setuptools python3-wheel python3-build python3-installer \
     mono-mcs mono-runtime nunit-console libnunit-cil-dev || exit 1
 

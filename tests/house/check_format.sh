@@ -17,5 +17,5 @@ check_one() {
 }
 export -f check_one
 
-find src tests examples bench fuzz bindings \( -name '*.h' -o -name '*.c' -o -name '*.cpp' -o -name '*.cs' \) -print0 | LC_ALL=C sort -z |
+find src tests tools examples bench fuzz bindings \( -name '*.h' -o -name '*.c' -o -name '*.cpp' -o -name '*.cs' \) -print0 | LC_ALL=C sort -z |
     xargs -0 -n 1 -P 2 bash -c 'set -o pipefail; check_one "$1" || exit 1' check_one

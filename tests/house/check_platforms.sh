@@ -6,7 +6,7 @@ cd "$1"
 
 if grep -rnE --include='*.h' --include='*.cpp' --include='*.c' \
     '^[[:space:]]*#[[:space:]]*(if|ifdef|ifndef|elif)\b.*(_WIN32|_WIN64|WIN32|__MINGW|__CYGWIN__|__linux|__unix|__APPLE__)' \
-    include src tests examples | grep -vE '^(include/tabrin\.h|[^:]*_(win32|posix)\.cpp):'; then
+    include src tests tools examples | grep -vE '^(include/tabrin\.h|[^:]*_(win32|posix)\.cpp):'; then
     echo "  ^ asks for the system outside *_win32.cpp and *_posix.cpp"
     exit 1
 fi
