@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# check_tidy.sh <source folder> <build folder>: clang-tidy has nothing to say about the library's sources.
+# check_tidy.sh <source folder> <build folder>: clang-tidy has nothing to say about the sources of the library and of its companion program.
 #
 # A source that passed leaves an empty file in <build folder>/tidy, named after a hash of all that the verdict depends on,
 # and is not looked at again until one of these changes: the source, any header, the configuration, the way it is compiled.
@@ -28,11 +28,11 @@ export tidy build
 common=$({
     "$tidy" --version
     cat .clang-tidy CMakeLists.txt CMakePresets.json cmake/*.cmake
-    find src include -name '*.h' -print0 | LC_ALL=C sort -z | xargs -0 sha256sum
+    find src tools include -name '*.h' -print0 | LC_ALL=C sort -z | xargs -0 sha256sum
 } | sha256sum | cut -d' ' -f1)
 
 # The Windows sources are not part of this build, so there is no command to check them with.
-find src -name '*.cpp' ! -name '*_win32.cpp' -print0 | LC_ALL=C sort -z |
+find src tools -name '*.cpp' ! -name '*_win32.cpp' -print0 | LC_ALL=C sort -z |
     while IFS= read -r -d '' source; do
         stamp=$stamps/$({ echo "$common $source"; cat "$source"; } | sha256sum | cut -d' ' -f1)
         [ -e "$stamp" ] || printf '%s\0%s\0' "$source" "$stamp"

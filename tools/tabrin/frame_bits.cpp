@@ -10,7 +10,7 @@ constexpr FrameBit kNowhere = ~FrameBit{0};
 
 // Motorola bits run from bit 7 of a byte to its bit 0 and on into bit 7 of the next byte.
 FrameBit NextLowerBit(FrameBit bit) {
-    return bit % kBitsInByte == 0 ? bit + 2 * kBitsInByte - 1 : bit - 1;
+    return bit % kBitsInByte == 0 ? bit + FrameBit{2} * kBitsInByte - 1 : bit - 1;
 }
 
 }  // namespace

@@ -46,7 +46,7 @@ private:
     std::size_t Room(const Run& run) const;
     std::string Keys(int region) const;
     std::string RowLabel(const Row& row) const;
-    std::string DrawRun(std::size_t run, const Paint& paint) const;
+    std::string DrawRun(std::size_t index, const Paint& paint) const;
     std::string DrawRow(std::size_t row, const Paint& paint) const;
     std::string DrawHead() const;
 
@@ -152,7 +152,7 @@ void Picture::PlaceNames() {
 
 // Columns for text between the two marks.
 std::size_t Picture::Room(const Run& run) const {
-    const auto cells = static_cast<std::size_t>(run.highest - run.lowest + 1);
+    const std::size_t cells = static_cast<std::size_t>(run.highest) - static_cast<std::size_t>(run.lowest) + 1;
     return cells * (cellWidth_ + 1) - 1 - 2;
 }
 
@@ -173,7 +173,7 @@ std::string Picture::DrawRun(std::size_t index, const Paint& paint) const {
     const Run& run = runs_[index];
     const std::size_t room = Room(run);
     if (run.region == FrameBits::kUnused) {
-        return std::string(room + 2, ' ');
+        return PaddedRight("", room + 2);
     }
     const auto region = static_cast<std::size_t>(run.region);
     const FrameSignal& signal = signals_[bits_.Regions()[region].signals[0]];

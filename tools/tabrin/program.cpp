@@ -95,7 +95,7 @@ void AddConvert(CLI::App& app, Options& options) {
 
 void DescribeProgram(CLI::App& app, Options& options) {
     app.name("tabrin");
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1); // so that a wrong one is named; none at all is caught afterwards
     app.allow_windows_style_options(false);  // "/folder/file" is a path
     app.footer(
         "`tabrin COMMAND --help` tells more.\n"
@@ -142,6 +142,9 @@ int ParseAndRun(std::vector<std::string> arguments) {
         app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
         return ReportParsing(app, error);
+    }
+    if (app.get_subcommands().empty()) {
+        throw Failure("name a command: show, check or convert\nRun with --help for more information.");
     }
     const int status = RunCommand(app, options);
     FinishOutput();
