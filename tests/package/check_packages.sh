@@ -80,9 +80,10 @@ check_tgz() {
     sed 's/tabrin 1.30/tabrin 2.0/' "$consumer/CMakeLists.txt" >"$work/CMakeLists.txt"
     mkdir "$work/next"
     mv "$work/CMakeLists.txt" "$work/next/"
-    expect "another major version is not taken" "not found" \
-        "$(cmake -S "$work/next" -B "$work/next/build" "-DCMAKE_PREFIX_PATH=$place" 2>&1 |
-            grep -q 'compatible with requested version "2.0"' && echo "not found")"
+    local answer
+    answer=$(result_of cmake -S "$work/next" -B "$work/next/build" "-DCMAKE_PREFIX_PATH=$place" | tr -s ' \n' ' ')
+    expect "another major version is not taken" 'compatible with requested version "2.0"' \
+        "$(grep -o 'compatible with requested version "2.0"' <<<"$answer" || echo "$answer")"
 
     local flags
     read -r -a flags < <(PKG_CONFIG_PATH=$place/lib/pkgconfig pkg-config --cflags --libs tabrin)

@@ -95,7 +95,7 @@ void AddConvert(CLI::App& app, Options& options) {
 
 void DescribeProgram(CLI::App& app, Options& options) {
     app.name("tabrin");
-    app.require_subcommand(0, 1); // so that a wrong one is named; none at all is caught afterwards
+    app.require_subcommand(0, 1);            // so that a wrong one is named; none at all is caught afterwards
     app.allow_windows_style_options(false);  // "/folder/file" is a path
     app.footer(
         "`tabrin COMMAND --help` tells more.\n"
