@@ -24,6 +24,7 @@ esac
 
 packages=(g++ cmake ninja-build libutfcpp-dev libcli11-dev nlohmann-json3-dev g++-mingw-w64-x86-64-posix llvm-14
     dpkg-dev file zip)
+[ ! -e .git ] || packages+=(git) # the time of the commit
 [ -z "$check" ] || packages+=(wine64 python3 pkg-config make unzip clang-14 lld-14)
 bash scripts/install_packages.sh "${packages[@]}"
 
