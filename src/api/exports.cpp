@@ -19,7 +19,7 @@ using tabrin::FileStatus;
 CANDatabase database;
 
 // Nothing may be thrown at a caller who need not know C++. The only exceptions that can get here come from running out
-// of memory.
+// of memory. Every function goes through here whose result can say that it failed; the others only return a number.
 template <typename Function>
 bool Guarded(Function function) noexcept {
     try {
@@ -84,13 +84,17 @@ bool TabrinClearData(void) {
 }
 
 bool TabrinGetDatabaseInfo(void* dst, size_t size) {
-    CopyInfo(dst, &database.info, size);
-    return true;
+    return Guarded([&] {
+        CopyInfo(dst, &database.info, size);
+        return true;
+    });
 }
 
 bool TabrinSetDatabaseInfo(const void* src, size_t size) {
-    CopyInfo(&database.info, src, size);
-    return true;
+    return Guarded([&] {
+        CopyInfo(&database.info, src, size);
+        return true;
+    });
 }
 
 int64_t TabrinGetNumCanMessages(void) {
@@ -109,12 +113,14 @@ bool TabrinGetCanMessageData(uint32_t message, CanMessageData* data) {
 }
 
 bool TabrinGetNumCanSignalsInCanMessage(uint32_t message, uint32_t* count) {
-    const CANMessage* found = FindMessage(message);
-    if (found == nullptr) {
-        return false;
-    }
-    *count = static_cast<uint32_t>(found->signals.size());
-    return true;
+    return Guarded([&] {
+        const CANMessage* found = FindMessage(message);
+        if (found == nullptr) {
+            return false;
+        }
+        *count = static_cast<uint32_t>(found->signals.size());
+        return true;
+    });
 }
 
 bool TabrinAppendCanSignalToCanMessage(uint32_t message, const CanSignalData* data) {
@@ -135,12 +141,14 @@ bool TabrinGetCanSignalData(uint32_t message, uint32_t signal, CanSignalData* da
 }
 
 bool TabrinGetNumEnumsInCanSignal(uint32_t message, uint32_t signal, uint32_t* count) {
-    const CANSignal* found = FindSignal(message, signal);
-    if (found == nullptr) {
-        return false;
-    }
-    *count = static_cast<uint32_t>(found->valueDescriptions.Size());
-    return true;
+    return Guarded([&] {
+        const CANSignal* found = FindSignal(message, signal);
+        if (found == nullptr) {
+            return false;
+        }
+        *count = static_cast<uint32_t>(found->valueDescriptions.Size());
+        return true;
+    });
 }
 
 bool TabrinAppendEnumToCanSignal(uint32_t message, uint32_t signal, const CanSignalEnumData* data) {
