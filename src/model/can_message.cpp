@@ -42,6 +42,35 @@ private:
     std::unordered_map<std::string, std::vector<size_t>> groups_;
 };
 
+// Puts the names back when memory runs out while signals are numbered: half of the suffixes would make the next numbering
+// give others, and not different ones in every case.
+class NamesUntilNumbered {
+public:
+    explicit NamesUntilNumbered(const std::vector<std::shared_ptr<CANSignal>>& signals) : signals_(signals) {
+        names_.reserve(signals.size());
+        for (const auto& signal : signals) {
+            names_.emplace_back(signal->identifierName, signal->suffixApplied);
+        }
+    }
+    ~NamesUntilNumbered() {
+        for (size_t i = 0; !numbered_ && i < names_.size(); ++i) {
+            signals_[i]->identifierName = names_[i].first;
+            signals_[i]->suffixApplied = names_[i].second;
+        }
+    }
+    NamesUntilNumbered(const NamesUntilNumbered&) = delete;
+    NamesUntilNumbered& operator=(const NamesUntilNumbered&) = delete;
+    NamesUntilNumbered(NamesUntilNumbered&&) = delete;
+    NamesUntilNumbered& operator=(NamesUntilNumbered&&) = delete;
+
+    void KeepNumbered() { numbered_ = true; }
+
+private:
+    const std::vector<std::shared_ptr<CANSignal>>& signals_;
+    std::vector<std::pair<std::string_view, bool>> names_;
+    bool numbered_ = false;
+};
+
 // Hardly any message has two signals of one name. False also for some that have not.
 bool AreNamesSurelyUnique(const std::vector<std::shared_ptr<CANSignal>>& signals) {
     std::vector<uint64_t> keys;
@@ -127,6 +156,7 @@ bool CANMessage::PrepareForWriting() {
     if (AreNamesSurelyUnique(signals)) {
         return false;
     }
+    NamesUntilNumbered names(signals);
     NameGroups groups(signals);
     std::vector<bool> handled(signals.size());
     bool any = false;
@@ -148,6 +178,7 @@ bool CANMessage::PrepareForWriting() {
             any = true;
         }
     }
+    names.KeepNumbered();
     return any;
 }
 
