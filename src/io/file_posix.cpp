@@ -28,10 +28,28 @@ bool IsDirectory(int descriptor) {
     return fstat(descriptor, &information) == 0 && S_ISDIR(information.st_mode);
 }
 
+bool IsFifo(const char* path) {
+    struct stat information {};
+    return stat(path, &information) == 0 && S_ISFIFO(information.st_mode);
+}
+
+// A FIFO would not open before somebody opens its other end, which may be never. It is opened as it is at the moment: without
+// a writer it is at its end at once, and without a reader it does not open. Whoever is there is waited for afterwards.
+int OpenAtOnce(const std::string& path, int flags) {
+    constexpr mode_t kReadWriteForAll = 0666;
+    const bool isFifo = IsFifo(path.c_str());
+    const int allFlags = flags | kAlways | (isFifo ? O_NONBLOCK : 0);
+    const int descriptor = Retried([&] { return open(path.c_str(), allFlags, kReadWriteForAll); });
+    if (isFifo && descriptor != -1) {
+        fcntl(descriptor, F_SETFL, 0);
+    }
+    return descriptor;
+}
+
 }  // namespace
 
 bool File::OpenForReading(const std::string& path) {
-    handle_ = Retried([&] { return open(path.c_str(), O_RDONLY | kAlways); });
+    handle_ = OpenAtOnce(path, O_RDONLY);
     // Unlike everywhere else, a directory opens here, and only reading it would fail.
     if (handle_ != kNone && IsDirectory(static_cast<int>(handle_))) {
         Close();
@@ -40,8 +58,7 @@ bool File::OpenForReading(const std::string& path) {
 }
 
 bool File::OpenForWriting(const std::string& path) {
-    constexpr mode_t kReadWriteForAll = 0666;
-    handle_ = Retried([&] { return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | kAlways, kReadWriteForAll); });
+    handle_ = OpenAtOnce(path, O_WRONLY | O_CREAT | O_TRUNC);
     return handle_ != kNone;
 }
 
