@@ -58,18 +58,5 @@ TEST_F(ReadFailure, OfMemoryRunningOutIsStatus8) {
 #endif
 }
 
-TEST_F(ReadFailure, OfAFileWithoutPermissionIsStatus6) {
-    const std::string path = TempPath("dbc");
-    WriteBytes(path, "BO_ 1 M: 8 N\n");
-    std::filesystem::permissions(path, std::filesystem::perms::none);
-    const bool readable = access(path.c_str(), R_OK) == 0;
-    const Outcome outcome = ReadFile(path);
-    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-    if (readable) {
-        GTEST_SKIP() << "this user may read any file";
-    }
-    EXPECT_EQ(outcome, (Outcome{false, 6}));
-}
-
 }  // namespace
 }  // namespace tabrin_test
