@@ -1,0 +1,33 @@
+#include <malloc.h>
+
+#include "abi/heap_use.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+#define TABRIN_ADDRESS_SANITIZER 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define TABRIN_ADDRESS_SANITIZER 1
+#endif
+#endif
+
+#ifdef TABRIN_ADDRESS_SANITIZER
+// Its header does not come with every compiler.
+extern "C" size_t __sanitizer_get_current_allocated_bytes();
+#endif
+
+namespace tabrin_test {
+
+size_t HeapBytesInUse() {
+#ifdef TABRIN_ADDRESS_SANITIZER
+    return __sanitizer_get_current_allocated_bytes();
+#else
+    const struct mallinfo2 information = mallinfo2();
+    return information.uordblks + information.hblkhd;
+#endif
+}
+
+size_t HeapBytesKeptByLoading() {
+    return 0;
+}
+
+}  // namespace tabrin_test
