@@ -27,7 +27,12 @@ size_t HeapBytesInUse() {
 }
 
 size_t HeapBytesKeptByLoading() {
+#ifdef TABRIN_ADDRESS_SANITIZER
+    // Its own count grows with each library that it watches: by 64 to 200 bytes, of which none is in anybody's hands.
+    return 256;
+#else
     return 0;
+#endif
 }
 
 }  // namespace tabrin_test
