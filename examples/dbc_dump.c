@@ -225,7 +225,6 @@ static void PrintErrors(void) {
 }
 
 static bool DumpFile(const char* path, bool summaryOnly) {
-    uint32_t index;
     uint32_t status = TABRIN_STATUS_FAILED;
     if (!TabrinReadDbcFile(path, (uint32_t)strlen(path) + 1, &status)) {
         fprintf(stderr, "%s: %s (status %lu)\n", path, StatusText(status), (unsigned long)status);
@@ -233,6 +232,7 @@ static bool DumpFile(const char* path, bool summaryOnly) {
     }
     PrintSummary(path);
     if (!summaryOnly) {
+        uint32_t index;
         PrintDatabaseInfo();
         for (index = 0; index < TabrinGetNumCanMessages(); ++index) {
             PrintMessage(index);
