@@ -106,7 +106,7 @@ bool Build(const LibraryUnderTest& library, uint32_t messages) {
 // What a file that is being replaced holds is any part of the two, but a read of it ends well, and what it gives is in order.
 int ReadOften(const std::string& copy, const std::string& path) {
     const LibraryUnderTest library(copy);
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < 100; ++i) {
         uint32_t status = kUnwritten;
         if (!library.ReadDbcFile(path.c_str(), SizeOf(path), &status) || status != TABRIN_STATUS_CLOSED) {
             return 1;
@@ -125,7 +125,7 @@ int ReadOften(const std::string& copy, const std::string& path) {
 
 int WriteOften(const std::string& copy, const std::string& path) {
     const LibraryUnderTest library(copy);
-    for (int i = 0; i < 60; ++i) {
+    for (int i = 0; i < 40; ++i) {
         uint32_t status = kUnwritten;
         if (!Build(library, i % 2 == 0 ? kFewMessages : kManyMessages)) {
             return 1;

@@ -10,7 +10,7 @@ std::vector<int> RunSideBySide(const std::vector<std::function<int()>>& works) {
     for (const std::function<int()>& work : works) {
         processes.push_back(fork());
         if (processes.back() == 0) {
-            alarm(120);
+            alarm(300);
             _exit(work());
         }
     }
