@@ -4,7 +4,8 @@ changes no test fails for.
 
 Changed are comparisons, constants, arithmetic and boolean operators, conditions, returned values, texts, and whole
 statements are dropped. Each changed source (a mutant) is compiled and linked, by itself, in a copy of the tree, and then
-run: first the unit tests of that source, then the other unit tests, then the interface tests, up to the first failure.
+run: first the unit tests of that source, then the other unit tests, then the interface tests, the slow ones last in each,
+up to the first failure.
 A mutant that a test fails for, or that takes several times as long, is killed. Files and patterns select sources
 ("src/io/*", "*/text_scan.h"); without them all are taken, except those for Windows.
 
@@ -35,6 +36,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutation"
 LOG = WORK / "log.jsonl"
+SLOW_SECONDS = 0.1
 COPIED = ("CMakeLists.txt", "cmake", "include", "src", "tests", "fuzz")
 
 # --- What is changed
@@ -216,6 +218,7 @@ class Tree:
         self.folder = WORK / f"tree{number}"
         self.build = self.folder / "build"
         self.seconds = {}
+        self.slow = {}
         self.changed = None
         self.folder.mkdir(exist_ok=True)
         for name in COPIED:
@@ -224,9 +227,13 @@ class Tree:
         self.compile("tabrin_unit_tests", "tabrin_interface_tests")
         for program in ("tabrin_unit_tests", "tabrin_interface_tests"):
             before = resource.getrusage(resource.RUSAGE_CHILDREN)
-            self.test(program)
+            self.test(program, "*", f"--gtest_output=json:{program}.json")
             after = resource.getrusage(resource.RUSAGE_CHILDREN)
             self.seconds[program] = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
+            report = json.loads((self.build / "tests" / f"{program}.json").read_text(encoding="utf-8"))
+            self.slow[program] = ":".join(
+                f"{suite['name']}.{case['name']}" for suite in report["testsuites"] for case in suite["testsuite"]
+                if float(case["time"].rstrip("s")) > SLOW_SECONDS)
 
     def copy(self, source, target):
         """Touches only what differs, so that only that is compiled again."""
@@ -256,13 +263,18 @@ class Tree:
     def compile(self, *targets):
         run(["ninja", "-j1", *targets], self.build)
 
-    def test(self, program, selection="*"):
+    def test(self, program, selection, *options):
         leftovers = self.build / "tests" / "tmp" / program
         shutil.rmtree(leftovers, ignore_errors=True)
         leftovers.mkdir(parents=True)
         limit = 3 + int(4 * self.seconds.get(program, 60))
-        run([self.build / "tests" / program, f"--gtest_filter={selection}", "--gtest_fail_fast", "--gtest_brief=1"],
+        run([self.build / "tests" / program, f"--gtest_filter={selection}", "--gtest_fail_fast", "--gtest_brief=1", *options],
             self.build / "tests", limit)
+
+    def test_all(self, program):
+        self.test(program, "*-" + self.slow[program])
+        if self.slow[program]:
+            self.test(program, self.slow[program])
 
     def own_tests(self, file):
         """The filter for the unit tests of a source: those in the test files that have its name."""
@@ -282,9 +294,9 @@ class Tree:
                 own = self.own_tests(mutant.file)
                 if own:
                     self.test("tabrin_unit_tests", own)
-                self.test("tabrin_unit_tests", "*-" + own)
+                self.test_all("tabrin_unit_tests")
             self.compile("tabrin_interface_tests")
-            self.test("tabrin_interface_tests")
+            self.test_all("tabrin_interface_tests")
         except Failed:
             return "killed"
         return "survived"
