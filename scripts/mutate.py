@@ -17,6 +17,7 @@ Needs clang-14, lld-14, cmake, ninja and what the tests need.
 import argparse
 import collections
 import concurrent.futures
+import ctypes
 import fnmatch
 import hashlib
 import json
@@ -192,6 +193,7 @@ class Failed(Exception):
 def run(command, folder, cpu_seconds=None):
     """The CPU time that a command took; Failed when it did not end well, or not in time."""
     def limit():
+        ctypes.CDLL(None).prctl(1, signal.SIGKILL)  # ends with this script, however that ends
         if cpu_seconds:
             resource.setrlimit(resource.RLIMIT_CPU, (cpu_seconds, cpu_seconds + 1))
             resource.setrlimit(resource.RLIMIT_AS, (1 << 32, 1 << 32))
@@ -199,7 +201,7 @@ def run(command, folder, cpu_seconds=None):
     process = subprocess.Popen(command, cwd=folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                stderr=subprocess.STDOUT, preexec_fn=limit, start_new_session=True)
     try:
-        output, _ = process.communicate(timeout=20 * cpu_seconds if cpu_seconds else None)
+        output, _ = process.communicate(timeout=10 + 10 * cpu_seconds if cpu_seconds else None)
     except subprocess.TimeoutExpired:
         output = b"out of time"
     finally:
@@ -208,7 +210,7 @@ def run(command, folder, cpu_seconds=None):
         except ProcessLookupError:
             pass
     if process.wait() != 0:
-        raise Failed(output.decode(errors="replace"))
+        raise Failed(f"{' '.join(map(str, command))}: {process.returncode}\n{output.decode(errors='replace')}")
 
 
 class Tree:
@@ -217,8 +219,7 @@ class Tree:
     def __init__(self, number):
         self.folder = WORK / f"tree{number}"
         self.build = self.folder / "build"
-        self.seconds = {}
-        self.slow = {}
+        self.times = {}
         self.changed = None
         self.folder.mkdir(exist_ok=True)
         for name in COPIED:
@@ -226,14 +227,11 @@ class Tree:
         self.configure()
         self.compile("tabrin_unit_tests", "tabrin_interface_tests")
         for program in ("tabrin_unit_tests", "tabrin_interface_tests"):
-            before = resource.getrusage(resource.RUSAGE_CHILDREN)
+            self.times[program] = {"not known yet": 120}
             self.test(program, "*", f"--gtest_output=json:{program}.json")
-            after = resource.getrusage(resource.RUSAGE_CHILDREN)
-            self.seconds[program] = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
             report = json.loads((self.build / "tests" / f"{program}.json").read_text(encoding="utf-8"))
-            self.slow[program] = ":".join(
-                f"{suite['name']}.{case['name']}" for suite in report["testsuites"] for case in suite["testsuite"]
-                if float(case["time"].rstrip("s")) > SLOW_SECONDS)
+            self.times[program] = {f"{suite['name']}.{case['name']}": float(case["time"].rstrip("s"))
+                                   for suite in report["testsuites"] for case in suite["testsuite"]}
 
     def copy(self, source, target):
         """Touches only what differs, so that only that is compiled again."""
@@ -267,14 +265,17 @@ class Tree:
         leftovers = self.build / "tests" / "tmp" / program
         shutil.rmtree(leftovers, ignore_errors=True)
         leftovers.mkdir(parents=True)
-        limit = 3 + int(4 * self.seconds.get(program, 60))
+        chosen, _, left_out = (part.split(":") for part in selection.partition("-"))
+        usual = sum(seconds for case, seconds in self.times[program].items()
+                    if any(fnmatch.fnmatchcase(case, one) for one in chosen) and case not in left_out)
         run([self.build / "tests" / program, f"--gtest_filter={selection}", "--gtest_fail_fast", "--gtest_brief=1", *options],
-            self.build / "tests", limit)
+            self.build / "tests", 2 + int(4 * usual))
 
     def test_all(self, program):
-        self.test(program, "*-" + self.slow[program])
-        if self.slow[program]:
-            self.test(program, self.slow[program])
+        slow = ":".join(case for case, seconds in self.times[program].items() if seconds > SLOW_SECONDS)
+        self.test(program, "*-" + slow)
+        if slow:
+            self.test(program, slow)
 
     def own_tests(self, file):
         """The filter for the unit tests of a source: those in the test files that have its name."""
@@ -391,7 +392,10 @@ def main():
         if options.again:
             pending = [mutant for mutant in pending if mutant.key in results]
         if pending:
-            try_all(pending, results, options.jobs)
+            try:
+                try_all(pending, results, options.jobs)
+            except Failed as failure:
+                sys.exit(f"without any change: {failure}")
     print_table(mutants, results)
 
 

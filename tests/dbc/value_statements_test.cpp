@@ -285,6 +285,8 @@ TEST(ValueDescriptionStatement, OwnParserChecksKeywordIdentifierAndName) {
     CANSignal& signal = AddReadSignal(AddRead(database, "BO_ 100 Msg: 8 X"), "S");
     EXPECT_FALSE(signal.ParseValueDescriptionLine(R"(VAL_ 101 S 0 "x";)", 100));
     EXPECT_FALSE(signal.ParseValueDescriptionLine(R"(VAL_ 100 T 0 "x";)", 100));
+    EXPECT_FALSE(signal.ParseValueDescriptionLine(R"(VAL_ x S 0 "x";)", 0));
+    EXPECT_FALSE(signal.ParseValueDescriptionLine("VAL_ 100 ", 100));
     EXPECT_FALSE(signal.ParseValueDescriptionLine(R"(SIG_VALTYPE_ 100 S 0 "x";)", 100));
     EXPECT_EQ(Listed(signal), "");
     EXPECT_TRUE(signal.ParseValueDescriptionLine(R"(VAL_ 101 S 0 "x";)", 101));

@@ -215,6 +215,16 @@ TEST(AttributeValueFromText, EnumWithoutAListTakesNothing) {
     }
 }
 
+TEST(AttributeValueFromText, AttributeOfNoTypeTakesNothing) {
+    for (const char* text : {"0", "\"A\"", "A", ""}) {
+        SCOPED_TRACE(text);
+        Attribute attribute = MakeAttribute("Name", AttributeObjectType::General, AttributeValueType::Unsupported);
+        EXPECT_FALSE(SetValueFromText(attribute, text));
+        EXPECT_EQ(attribute.intValue, 0);
+        EXPECT_EQ(attribute.stringValue, "");
+    }
+}
+
 TEST(AttributeValueFromText, StringTakesWhatStandsBetweenTheOuterQuotes) {
     const struct {
         const char* text;
