@@ -10,7 +10,8 @@ A mutant that a test fails for, or that takes several times as long, is killed. 
 ("src/io/*", "*/text_scan.h"); without them all are taken, except those for Windows.
 
 What was found is kept in build/mutation/log.jsonl, and a later run goes on behind it: only mutants of sources that have
-changed since are tried again. --again tries the survivors again, which is for after a test has been written.
+changed since are tried again. docs/mutation_survivors.md lists the changes that are none, as nothing that a caller can see
+comes of them, each with its reason; they are shown as such. --again tries the survivors again, which is for after a test has been written.
 
 Needs clang-14, lld-14, cmake, ninja and what the tests need.
 """
@@ -37,6 +38,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutation"
 LOG = WORK / "log.jsonl"
+EXCUSES = ROOT / "docs" / "mutation_survivors.md"
 SLOW_SECONDS = 0.1
 COPIED = ("CMakeLists.txt", "cmake", "include", "src", "tests", "fuzz")
 
@@ -169,10 +171,29 @@ class Mutant:
     def changed_text(self):
         return self.text[:self.start] + self.new + self.text[self.end:]
 
-    def __str__(self):
+    def place(self):
+        """The source line and what is changed in it, which outlast changes of other lines."""
+        line_start = self.text.rfind("\n", 0, self.start) + 1
+        line = self.text[line_start:self.text.index("\n", self.start)]
         old, new = (re.sub(r"\s+", " ", part) for part in (self.old, self.new))
-        line = self.text.splitlines()[self.line - 1].strip()
-        return f"{self.file}:{self.line}: {old} -> {new or 'nothing'}\n      {line}"
+        change = "dropped" if new == ";" else f"{old} -> {new or 'nothing'}"
+        if line.count(self.old) > 1:
+            change += f" in column {self.start - line_start - len(line) + len(line.lstrip()) + 1}"
+        return line.strip(), change
+
+    def __str__(self):
+        return f"{self.file}:{self.line}:\n- `{'` `'.join(self.place())}`: "
+
+
+def excused_places():
+    """The changes that are none, or that no test can notice, as listed with their reasons."""
+    file = None
+    for line in EXCUSES.read_text(encoding="utf-8").splitlines() if EXCUSES.exists() else ():
+        if line.startswith("## "):
+            file = line[3:].strip()
+        entry = re.match(r"- `(.*?)` `(.*?)`: \S", line)
+        if entry:
+            yield file, *entry.groups()
 
 
 def all_mutants(patterns):
@@ -348,17 +369,21 @@ def try_all(mutants, results, jobs):
 # --- What is said
 
 def print_table(mutants, results):
+    excused = set(excused_places())
     tally = collections.defaultdict(collections.Counter)
     for mutant in mutants:
+        result = results.get(mutant.key, "not tried")
+        if result == "survived" and (mutant.file, *mutant.place()) in excused:
+            result = "no change"
         for row in (mutant.file, "all"):
-            tally[row][results.get(mutant.key, "not tried")] += 1
-    columns = ("killed", "survived", "did not build", "not tried")
-    print(f"\n{'':36}" + "".join(f"{column:>15}" for column in columns) + f"{'killed of built':>18}")
+            tally[row][result] += 1
+    columns = ("killed", "survived", "no change", "did not build", "not tried")
+    print(f"\n{'':36}" + "".join(f"{column:>15}" for column in columns) + f"{'killed':>10}")
     tally["all"] = tally.pop("all")
     for row, counts in tally.items():
-        built = counts["killed"] + counts["survived"]
-        share = f"{100 * counts['killed'] / built:.1f} %" if built else "-"
-        print(f"{row:36}" + "".join(f"{counts[column]:15}" for column in columns) + f"{share:>18}")
+        changed = counts["killed"] + counts["survived"]
+        share = f"{100 * counts['killed'] / changed:.1f} %" if changed else "-"
+        print(f"{row:36}" + "".join(f"{counts[column]:15}" for column in columns) + f"{share:>10}")
 
 
 def main():
@@ -383,8 +408,9 @@ def main():
             results[entry["key"]] = entry["result"]
 
     if options.report:
+        excused = set(excused_places())
         for mutant in mutants:
-            if results.get(mutant.key) == "survived":
+            if results.get(mutant.key) == "survived" and (mutant.file, *mutant.place()) not in excused:
                 print(mutant)
     else:
         done = ("killed", "did not build") if options.again else ("killed", "did not build", "survived")

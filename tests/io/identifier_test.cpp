@@ -104,6 +104,25 @@ TEST(MakeIdentifier, IsCutAfterFolding) {
               "_bcdefghijklmnopqrstuvwxyz012345");
 }
 
+TEST(MakeIdentifier, ThirtyTwoOfTheLongestCharactersAreEnough) {
+    for (const std::string_view front : {"", "a", "ab", "abc", "abcd"}) {
+        std::string text(front);
+        for (int i = 0; i < 40; ++i) {
+            text += "\xF0\x9F\x98\x80";
+        }
+        EXPECT_EQ(MakeIdentifier(text), std::string(front) + std::string(32 - front.size(), '_')) << Shown(text);
+    }
+}
+
+TEST(MakeIdentifier, WhatLiesBehindTheTextDoesNotMatter) {
+    std::string text;
+    for (int i = 0; i < 32; ++i) {
+        text += "\xF0\x9F\x98\x80";
+    }
+    text += '\x80';
+    EXPECT_EQ(MakeIdentifier(std::string_view(text).substr(0, 128)), "________________________________");
+}
+
 TEST(MakeIdentifier, TextBehindTheCutIsStillCheckedForUtf8) {
     EXPECT_THROW(MakeIdentifier("abcdefghijklmnopqrstuvwxyz012345\x80"), utf8::invalid_utf8);
 }
