@@ -7,13 +7,14 @@ statements are dropped. Each changed source (a mutant) is compiled and linked, b
 run: first the unit tests of that source, then the other unit tests, then the interface tests, the slow ones last in each,
 up to the first failure.
 A mutant that a test fails for, or that takes several times as long, is killed. Files and patterns select sources
-("src/io/*", "*/text_scan.h"); without them all are taken, except those for Windows.
+("src/io/*", "*/text_scan.h"); without them all are taken. Those for Windows only (*_win32.cpp) are taken by
+--windows, and no others: they are compiled with MinGW-w64 and run under Wine, which is slow.
 
 What was found is kept in build/mutation/log.jsonl, and a later run goes on behind it: only mutants of sources that have
 changed since are tried again. docs/mutation_survivors.md lists the changes that are none, as nothing that a caller can see
 comes of them, each with its reason; they are shown as such. --again tries the survivors again, which is for after a test has been written.
 
-Needs clang-14, lld-14, cmake, ninja and what the tests need.
+Needs clang-14, lld-14, cmake, ninja and what the tests need; the tests have to pass without any change.
 """
 import argparse
 import collections
@@ -196,11 +197,11 @@ def excused_places():
             yield file, *entry.groups()
 
 
-def all_mutants(patterns):
+def all_mutants(patterns, windows=False):
     for path in sorted((ROOT / "src").glob("*/*")):
         file = path.relative_to(ROOT).as_posix()
         chosen = any(fnmatch.fnmatch(file, pattern) for pattern in patterns or ["*"])
-        if chosen and path.suffix in (".cpp", ".h") and not path.stem.endswith("_win32"):
+        if chosen and path.suffix in (".cpp", ".h") and path.stem.endswith("_win32") == windows:
             text = path.read_text(encoding="utf-8")
             yield from (Mutant(file, text, change) for change in changes(text))
 
@@ -211,13 +212,14 @@ class Failed(Exception):
     pass
 
 
-def run(command, folder, cpu_seconds=None):
+def run(command, folder, cpu_seconds=None, memory=None):
     """The CPU time that a command took; Failed when it did not end well, or not in time."""
     def limit():
         ctypes.CDLL(None).prctl(1, signal.SIGKILL)  # ends with this script, however that ends
         if cpu_seconds:
             resource.setrlimit(resource.RLIMIT_CPU, (cpu_seconds, cpu_seconds + 1))
-            resource.setrlimit(resource.RLIMIT_AS, (1 << 32, 1 << 32))
+        if memory:
+            resource.setrlimit(resource.RLIMIT_AS, (memory, memory))
 
     process = subprocess.Popen(command, cwd=folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                stderr=subprocess.STDOUT, preexec_fn=limit, start_new_session=True)
@@ -237,9 +239,10 @@ def run(command, folder, cpu_seconds=None):
 class Tree:
     """A copy of the sources and its build folder."""
 
-    def __init__(self, number):
+    def __init__(self, number, launcher=(), suffix="", memory=1 << 32):
         self.folder = WORK / f"tree{number}"
         self.build = self.folder / "build"
+        self.launcher, self.suffix, self.memory = launcher, suffix, memory
         self.times = {}
         self.changed = None
         self.folder.mkdir(exist_ok=True)
@@ -270,14 +273,17 @@ class Tree:
         """Precompiled headers save half of the time for a source, and nothing has to look for new files."""
         hook = WORK / "precompiled.cmake"
         headers = sorted(set(re.findall(r"#include (<[a-z_]+>)", "".join(
-            path.read_text(encoding="utf-8") for path in (ROOT / "src").glob("*/*.[ch]*")))) - {"<fcntl>", "<unistd>"})
+            path.read_text(encoding="utf-8") for path in (ROOT / "src").glob("*/*.[ch]*")))))
         hook.write_text("cmake_language(DEFER CALL target_precompile_headers tabrin_core PRIVATE "
                         + " ".join(headers) + ")\n", encoding="utf-8")
         run(["cmake", "-G", "Ninja", "-S", self.folder, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
-             "-DCMAKE_C_COMPILER=clang-14", "-DCMAKE_CXX_COMPILER=clang++-14", "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -w",
-             "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld", "-DCMAKE_SHARED_LINKER_FLAGS=-fuse-ld=lld",
-             "-DCMAKE_SUPPRESS_REGENERATION=ON", f"-DCMAKE_PROJECT_TOP_LEVEL_INCLUDES={hook}",
-             "-DTABRIN_BUILD_EXAMPLES=OFF", f"-DTABRIN_CORPUS_DIR={WORK / 'no-corpus'}"], WORK)
+             "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -w -D_GLIBCXX_ASSERTIONS", "-DCMAKE_SUPPRESS_REGENERATION=ON",
+             "-DTABRIN_BUILD_EXAMPLES=OFF", f"-DTABRIN_CORPUS_DIR={WORK / 'no-corpus'}",
+             f"-DCMAKE_PROJECT_TOP_LEVEL_INCLUDES={hook}", *self.toolchain()], WORK)
+
+    def toolchain(self):
+        return ["-DCMAKE_C_COMPILER=clang-14", "-DCMAKE_CXX_COMPILER=clang++-14",
+                "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld", "-DCMAKE_SHARED_LINKER_FLAGS=-fuse-ld=lld"]
 
     def compile(self, *targets):
         run(["ninja", "-j1", *targets], self.build)
@@ -289,8 +295,8 @@ class Tree:
         chosen, _, left_out = (part.split(":") for part in selection.partition("-"))
         usual = sum(seconds for case, seconds in self.times[program].items()
                     if any(fnmatch.fnmatchcase(case, one) for one in chosen) and case not in left_out)
-        run([self.build / "tests" / program, f"--gtest_filter={selection}", "--gtest_fail_fast", "--gtest_brief=1", *options],
-            self.build / "tests", 2 + int(4 * usual))
+        run([*self.launcher, self.build / "tests" / (program + self.suffix), f"--gtest_filter={selection}",
+             "--gtest_fail_fast", "--gtest_brief=1", *options], self.build / "tests", 2 + int(4 * usual), self.memory)
 
     def test_all(self, program):
         slow = ":".join(case for case, seconds in self.times[program].items() if seconds > SLOW_SECONDS)
@@ -300,11 +306,12 @@ class Tree:
 
     def own_tests(self, file):
         """The filter for the unit tests of a source: those in the test files that have its name."""
-        stem = re.sub(r"_posix$", "", Path(file).stem)
+        stem = re.sub(r"_(posix|win32)$", "", Path(file).stem)
         suites = set()
         for path in (self.folder / "tests").glob(f"*/{stem}*.cpp"):
             suites |= set(re.findall(r"^TEST(?:_[FP])?\((\w+),", path.read_text(encoding="utf-8"), re.M))
-        return ":".join(f"{suite}.*:*/{suite}.*" for suite in sorted(suites))
+        built = {case.split(".")[0].split("/")[-1] for case in self.times["tabrin_unit_tests"]}
+        return ":".join(f"{suite}.*:*/{suite}.*" for suite in sorted(suites & built))
 
     def verdict(self, mutant):
         try:
@@ -337,8 +344,20 @@ class Tree:
             self.changed = None
 
 
-def work(number, waiting, results, lock):
-    tree = Tree(number)
+class WindowsTree(Tree):
+    def __init__(self, number):
+        wine = shutil.which("wine64", path=os.environ["PATH"] + ":/usr/lib/wine")
+        prefix = WORK / "wine"
+        os.environ.update(WINEPREFIX=str(prefix), WINEDEBUG="-all", WINEDLLOVERRIDES="mscoree,mshtml,winedbg.exe=d")
+        run(["bash", ROOT / "scripts" / "wine_server.sh", "start", wine, prefix], ROOT)
+        super().__init__(f"_windows{number}", [wine], ".exe", None)
+
+    def toolchain(self):
+        return ["--toolchain", self.folder / "cmake" / "mingw-w64-x86_64.cmake"]
+
+
+def work(number, windows, waiting, results, lock):
+    tree = WindowsTree(number) if windows else Tree(number)
     while True:
         try:
             mutants = waiting.get_nowait()
@@ -356,13 +375,13 @@ def work(number, waiting, results, lock):
                     print(mutant, flush=True)
 
 
-def try_all(mutants, results, jobs):
+def try_all(mutants, results, jobs, windows):
     waiting = queue.Queue()
     for start in range(0, len(mutants), 25):  # neighbours share a source, and changing back costs a compilation
         waiting.put(mutants[start:start + 25])
     lock = threading.Lock()
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
-        for worker in [pool.submit(work, number, waiting, results, lock) for number in range(jobs)]:
+        for worker in [pool.submit(work, number, windows, waiting, results, lock) for number in range(jobs)]:
             worker.result()
 
 
@@ -392,12 +411,13 @@ def main():
     parser.add_argument("--sample", type=int, metavar="N", help="try only N mutants, drawn at random")
     parser.add_argument("--seed", type=int, default=1, help="what to draw them by (1)")
     parser.add_argument("--jobs", type=int, default=1, help="copies of the tree to work in side by side (1)")
+    parser.add_argument("--windows", action="store_true", help="the sources for Windows, under Wine")
     parser.add_argument("--again", action="store_true", help="try again what survived")
     parser.add_argument("--report", action="store_true", help="try nothing, print the table and the survivors")
     options = parser.parse_args()
 
     WORK.mkdir(parents=True, exist_ok=True)
-    mutants = list(all_mutants(options.files))
+    mutants = list(all_mutants(options.files, options.windows))
     if options.sample is not None and options.sample < len(mutants):
         chosen = set(random.Random(options.seed).sample(range(len(mutants)), options.sample))
         mutants = [mutant for number, mutant in enumerate(mutants) if number in chosen]
@@ -419,7 +439,7 @@ def main():
             pending = [mutant for mutant in pending if mutant.key in results]
         if pending:
             try:
-                try_all(pending, results, options.jobs)
+                try_all(pending, results, options.jobs, options.windows)
             except Failed as failure:
                 sys.exit(f"without any change: {failure}")
     print_table(mutants, results)
