@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
-"""coverage_table.py <root> <lcov export> <JSON export>: what llvm-cov found about src/, as a table by file and a list of
-what was not reached. Ends with 1 below the bar: every line, and 98 % of the branches.
+"""coverage_table.py <root> <lcov export> <JSON export>: what llvm-cov found about src/, as a table by file and a list
+of what was not reached. Ends with 1 below the bar: every line, and 98 % of the branches.
 
-How branches are counted: a place in the source where a condition is decided, or a case chosen, has two of them, taken and
-not taken. llvm-cov lists the place again for each instantiation of a template, and would ask of every instantiation what
-the template as a whole does; here the counts of one place are added up. Conditions that the compiler has folded are no
-branches. The way past all cases of a switch is one, though over an enumeration nothing takes it.
+How branches are counted: a place in the source where a condition is decided, or a case chosen, has two of them, taken
+and not taken. llvm-cov lists the place again for each instantiation of a template, and would ask of every instantiation
+what the template as a whole does; here the counts of one place are added up. The way past all cases of a switch is a
+branch too, though over an enumeration nothing takes it.
 
-A line that no test can reach says why in a comment at its end, "// never run: <reason>". On a line that opens a block it
-speaks for the whole block.
+A line that no test can reach says why in a comment at its end, "// never run: <reason>". On a line that opens a block
+it speaks for the whole block.
 """
 import collections
 import json

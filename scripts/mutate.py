@@ -1,18 +1,20 @@
 #!/usr/bin/env python3
-"""mutate.py [options] [file...]: would the tests notice? Changes one thing at a time in the sources of src/ and says which
-changes no test fails for.
+"""mutate.py [options] [file...]: would the tests notice? Changes one thing at a time in the sources of src/ and says
+which changes no test fails for.
 
 Changed are comparisons, constants, arithmetic and boolean operators, conditions, returned values, texts, and whole
-statements are dropped. Each changed source (a mutant) is compiled and linked, by itself, in a copy of the tree, and then
-run: first the unit tests of that source, then the other unit tests, then the interface tests, the slow ones last in each,
-up to the first failure.
-A mutant that a test fails for, or that takes several times as long, is killed. Files and patterns select sources
-("src/io/*", "*/text_scan.h"); without them all are taken. Those for Windows only (*_win32.cpp) are taken by
---windows, and no others: they are compiled with MinGW-w64 and run under Wine, which is slow.
+statements are dropped. Each changed source (a mutant) is compiled and linked, by itself, in a copy of the tree, and
+then run: first the unit tests of that source, then the other unit tests, then the interface tests, the slow ones last
+in each, up to the first failure. A mutant that a test fails for, or that takes several times as long, is killed.
+
+Files and patterns select sources ("src/io/*", "*/text_scan.h"); without them all are taken. Those for Windows only
+(*_win32.cpp) are taken by --windows, and no others: they are compiled with MinGW-w64 and run under Wine, which is slow.
+
+docs/mutation_survivors.md lists the changes that are none, as nothing that a caller can see comes of them, each with
+its reason; they are shown as such.
 
 What was found is kept in build/mutation/log.jsonl, and a later run goes on behind it: only mutants of sources that have
-changed since are tried again. docs/mutation_survivors.md lists the changes that are none, as nothing that a caller can see
-comes of them, each with its reason; they are shown as such. --again tries the survivors again, which is for after a test has been written.
+changed since are tried again. --again tries the survivors again, which is for after a test has been written.
 
 Needs clang-14, lld-14, cmake, ninja and what the tests need; the tests have to pass without any change.
 """
@@ -55,17 +57,18 @@ TOKEN = re.compile(r"""
   | (?P<space> \s+)
 """, re.X | re.S | re.M)
 
-BINARY = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "==", "&&": "||", "||": "&&", "+": "-", "-": "+",
-          "*": "/", "/": "*", "%": "*", "<<": ">>", ">>": "<<", "&": "|", "|": "&", "^": "|", "+=": "-=", "-=": "+=",
-          "|=": "&=", "&=": "|=", "<<=": ">>=", ">>=": "<<="}
+BINARY = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "==", "&&": "||", "||": "&&", "+": "-",
+          "-": "+", "*": "/", "/": "*", "%": "*", "<<": ">>", ">>": "<<", "&": "|", "|": "&", "^": "|", "+=": "-=",
+          "-=": "+=", "|=": "&=", "&=": "|=", "<<=": ">>=", ">>=": "<<="}
 UNARY = {"++": "--", "--": "++", "!": ""}
 WORDS = {"true": "false", "false": "true"}
 CONDITION = re.compile(r"(?:if|while) \(")
 RETURNED_ENUMERATOR = re.compile(r"return ([A-Z]\w*)::([A-Z]\w*);")
 RETURNED_CONSTANT = re.compile(r"return (k[A-Z]\w*);")
 DECIDED = re.compile(r" (?:[<>]=?|[!=]=|&&|\|\|) |^!|;")
-KEPT = re.compile(r"(?:return\b.|using|template|namespace|enum|struct|class|friend|case|default|public|private|else\b|static"
-                  r"|constexpr|const|auto|explicit|virtual|inline|if|for|while|switch|do\b|extern|throw|try)", re.S)
+KEPT = re.compile(r"(?:using|template|namespace|enum|struct|class|friend|case|default|public|private|else"
+                  r"|static|constexpr|const|auto|explicit|virtual|inline|if|for|while|switch|do|extern|throw|try)\b"
+                  r"|return [^;]", re.S)
 DECLARATION = re.compile(r"(?:[\w:]+|<.*>)+[&*]*\s+[&*]*\w+\s*(?:[;={(\[:]|$)|.*\b(?:delete|default);|~", re.S)
 
 

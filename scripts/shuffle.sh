@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # shuffle.sh [preset]: do the tests depend on anything but the library? Runs the built test programs of a preset
-# (linux-release) in other orders and again in one process, with another locale, time zone and current folder, with a closed
-# standard input, and as a user without rights, and says which of that fails.
+# (linux-release) in other orders and again in one process, with another locale, time zone and current folder, with a
+# closed standard input, and as a user without rights, and says which of that fails.
 #
 # The last is left out for an ordinary user, who is one already.
 set -u -o pipefail
