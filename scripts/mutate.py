@@ -195,7 +195,7 @@ def excused_places():
     for line in EXCUSES.read_text(encoding="utf-8").splitlines() if EXCUSES.exists() else ():
         if line.startswith("## "):
             file = line[3:].strip()
-        entry = re.match(r"- `(.*?)` `(.*?)`: \S", line)
+        entry = re.match(r"- `(.*?)` `(.*?)`:", line)
         if entry:
             yield file, *entry.groups()
 
