@@ -430,8 +430,8 @@ def main():
             entry = json.loads(line)
             results[entry["key"]] = entry["result"]
 
+    excused = set(excused_places())
     if options.report:
-        excused = set(excused_places())
         for mutant in mutants:
             if results.get(mutant.key) == "survived" and (mutant.file, *mutant.place()) not in excused:
                 print(mutant)
@@ -439,7 +439,8 @@ def main():
         done = ("killed", "did not build") if options.again else ("killed", "did not build", "survived")
         pending = [mutant for mutant in mutants if results.get(mutant.key) not in done]
         if options.again:
-            pending = [mutant for mutant in pending if mutant.key in results]
+            pending = [mutant for mutant in pending
+                       if mutant.key in results and (mutant.file, *mutant.place()) not in excused]
         if pending:
             try:
                 try_all(pending, results, options.jobs, options.windows)
