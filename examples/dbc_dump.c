@@ -3,8 +3,8 @@
  *     dbc_dump [--summary] FILE...
  *     dbc_dump [--summary] --order id|name|file [-o PATH] FILE
  *
- * Ends with 1 when a file could not be read or written, with 2 when called wrongly. On Windows, paths beyond ASCII need a UTF-8 code
- * page: the library takes UTF-8 paths, and this program hands on its arguments as they come.
+ * Ends with 1 when a file could not be read or written, with 2 when called wrongly. On Windows, paths beyond ASCII need
+ * a UTF-8 code page: the library takes UTF-8 paths, and this program hands on its arguments as they come.
  */
 #include <stdio.h>
 #include <string.h>
@@ -272,8 +272,8 @@ static bool MakeOutputPath(const char* input, const char* order, char* path, siz
     return needed >= 0 && (size_t)needed < size;
 }
 
-/* Writes what the library holds. With status 8 the file is there, but not all of it; so it is also when the function of the
- * library returns true, which means that the last line was lost. */
+/* Writes what the library holds. With status 8 the file is there, but not all of it; so it is also when the function of
+ * the library returns true, which means that the last line was lost. */
 static bool WriteFileInOrder(const char* input, const Options* options) {
     char made[PATH_SIZE];
     const char* path = options->output;

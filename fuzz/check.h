@@ -1,5 +1,5 @@
-// How the checks in this folder say that something is wrong: they throw, so that a fuzz target can end the process and a
-// test can name the input and go on.
+// How the checks in this folder say that something is wrong: they throw, so that a fuzz target can end the process and
+// a test can name the input and go on.
 #pragma once
 
 #include <stdexcept>

@@ -1,5 +1,5 @@
-// The rules for texts once more, one character at a time and without any regard to speed, for comparison with the library.
-// Nothing of the library is used here.
+// The rules for texts once more, one character at a time and without any regard to speed, for comparison with the
+// library. Nothing of the library is used here.
 #pragma once
 
 #include <algorithm>
@@ -23,8 +23,8 @@ inline bool NaiveIsIdentifierChar(char c) {
     return NaiveIsDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
 }
 
-// The size of the well-formed UTF-8 sequence at `pos`, 0 when there is none. Decodes first and asks afterwards whether the
-// shortest form was used.
+// The size of the well-formed UTF-8 sequence at `pos`, 0 when there is none. Decodes first and asks afterwards whether
+// the shortest form was used.
 inline size_t NaiveSequence(std::string_view text, size_t pos, uint32_t& codePoint) {
     const auto byteAt = [&](size_t i) { return static_cast<uint32_t>(static_cast<unsigned char>(text[i])); };
     const uint32_t lead = byteAt(pos);

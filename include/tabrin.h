@@ -214,8 +214,8 @@ TABRIN_API float TabrinGetLibraryVersion(void);
  * `path` is UTF-8 in a buffer of `pathBufferSize` bytes, at most 260: it ends at its first NUL, else one byte in
  * front of the end of the buffer. `status` receives a TABRIN_STATUS_... code and may be NULL.
  *
- * Opening waits for nobody: on Linux, a FIFO without a writer reads as an empty file, and one without a reader cannot be
- * opened for writing.
+ * Opening waits for nobody: on Linux, a FIFO without a writer reads as an empty file, and one without a reader cannot
+ * be opened for writing.
  */
 
 /* Clears the database and reads a DBC file into it: messages, signals, multiplexing, value descriptions, float types,

@@ -1,5 +1,6 @@
-// For Clang's memory sanitizer: what these two functions of the C++ runtime write counts as written, although the runtime is not
-// compiled with the sanitizer. The linker has the library call them in place of the runtime's own (option --wrap).
+// For Clang's memory sanitizer: what these two functions of the C++ runtime write counts as written, although the
+// runtime is not compiled with the sanitizer. The linker has the library call them in place of the runtime's own
+// (option --wrap).
 #include <sanitizer/msan_interface.h>
 
 #include <charconv>

@@ -1,5 +1,5 @@
-// Runs the checks of the fuzz targets with the inputs that are kept: the seeds, among them whatever was a finding once, and
-// the corpora that fuzzing has gathered.
+// Runs the checks of the fuzz targets with the inputs that are kept: the seeds, among them whatever was a finding once,
+// and the corpora that fuzzing has gathered.
 #pragma once
 
 #include <gtest/gtest.h>

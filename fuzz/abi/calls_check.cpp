@@ -136,8 +136,8 @@ private:
 
     // --- Files
 
-    // The path of the file, or something that cannot be one. It never leads anywhere else: what it is made of comes from
-    // outside.
+    // The path of the file, or something that cannot be one. It never leads anywhere else: what it is made of comes
+    // from outside.
     std::string Path(bool& usable) {
         const uint8_t choice = program_.Byte();
         usable = choice < 0xC0;

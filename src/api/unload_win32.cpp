@@ -1,7 +1,8 @@
 #include <cstddef>
 
-// The C++ runtime is part of the DLL, and keeps some memory for exceptions that tell of memory having run out. It leaves that to
-// the end of the process, but a DLL can be unloaded long before, and loaded again: 73 KB were lost each time.
+// The C++ runtime is part of the DLL, and keeps some memory for exceptions that tell of memory having run out. It
+// leaves that to the end of the process, but a DLL can be unloaded long before, and loaded again: 73 KB were lost each
+// time.
 #ifdef __GLIBCXX__
 namespace __gnu_cxx {
 void __freeres();

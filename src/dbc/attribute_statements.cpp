@@ -160,18 +160,21 @@ std::string Quoted(std::string_view text) {
     return std::string("\"").append(text).append("\"");
 }
 
+std::string FormatEnumType(const EnumValues& values) {
+    std::string type(kEnumType);
+    char separator = ' ';
+    for (const std::string& value : values) {
+        type += std::exchange(separator, ',') + Quoted(value);
+    }
+    return type;
+}
+
 std::string FormatType(const Attribute& definition) {
     switch (definition.valueType) {
         case AttributeValueType::Int:
             return "INT " + std::to_string(definition.minimum) + " " + std::to_string(definition.maximum);
-        case AttributeValueType::Enum: {
-            std::string type(kEnumType);
-            char separator = ' ';
-            for (const std::string& value : definition.EnumList()) {
-                type += std::exchange(separator, ',') + Quoted(value);
-            }
-            return type;
-        }
+        case AttributeValueType::Enum:
+            return FormatEnumType(definition.EnumList());
         case AttributeValueType::String:
         case AttributeValueType::Unsupported:
             break;

@@ -19,8 +19,8 @@ bool ParseIdentifier(std::string_view statement, std::string_view objectKeyword,
            KeywordAt(statement, objectKeyword, position, position) && UnsignedToken(statement, position, id, position);
 }
 
-// The text reaches from the first quote to the last, so that quotes inside need no backslash. False also when it is empty:
-// there is nothing to add then.
+// The text reaches from the first quote to the last, so that quotes inside need no backslash. False also when it is
+// empty: there is nothing to add then.
 bool ParseComment(std::string_view statement, size_t position, Comment& comment) {
     size_t open = kNpos;
     const std::string_view target = TextUntilChar(statement, position, '"', open);

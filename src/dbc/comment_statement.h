@@ -8,8 +8,8 @@
 
 namespace tabrin {
 
-// Attach a comment to every message of that identifier, or to its signal of that name. They decline, with false, what is
-// no comment of their kind or names a message that has not been read before.
+// Attach a comment to every message of that identifier, or to its signal of that name. They decline, with false, what
+// is no comment of their kind or names a message that has not been read before.
 bool ReadMessageComment(CANDatabase& database, std::string_view statement);
 bool ReadSignalComment(CANDatabase& database, std::string_view statement);
 

@@ -132,8 +132,8 @@ bool WriteDbcFile(CANDatabase& database, const char* path, uint32_t pathBufferSi
     return true;
 }
 
-// The line wraps in front of a name with which it would grow to 256 characters. What counts is the length of everything so far
-// less 256 for each wrap, which is only roughly the length of the current line.
+// The line wraps in front of a name with which it would grow to 256 characters. What counts is the length of everything
+// so far less 256 for each wrap, which is only roughly the length of the current line.
 std::string CollectNodeNames(const CANDatabase::Messages& messages) {
     constexpr size_t kWrapLength = 256;
     std::string text = std::string(kNodesKeyword) + " : ";

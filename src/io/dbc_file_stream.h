@@ -40,7 +40,8 @@ public:
     [[nodiscard]] uint32_t LineNumber() const { return cutter_.LinesRead(); }
 
     // Writing: a line is composed in the text that StartLine hands out, and WriteLine hands it to the operating system.
-    // Nothing is written once a line has failed; that the last one has is noticed only here, one line later, or in closing.
+    // Nothing is written once a line has failed; that the last one has is noticed only here, one line later, or in
+    // closing.
     LineText& StartLine();
     void WriteLine();
     void WriteLine(std::string_view line);

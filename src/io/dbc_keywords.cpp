@@ -43,7 +43,7 @@ struct KeywordTable {
     std::array<uint8_t, 256> slots{};
     uint64_t multiplier = 0x9E3779B97F4A7C15;
 
-    constexpr KeywordTable() {
+    constexpr KeywordTable() {  // never run: evaluated in compiling
         size_t count = 0;
         for (const StatementKeyword& keyword : kSpecial) {
             keywords[count++] = keyword;
@@ -66,7 +66,7 @@ struct KeywordTable {
     }
 
 private:
-    constexpr bool FillSlots() {
+    constexpr bool FillSlots() {  // never run: evaluated in compiling
         slots.fill(kEmpty);
         for (size_t i = 0; i < kNumKeywords; ++i) {
             uint8_t& slot = slots[SlotOf(heads[i], keywords[i].text.size())];

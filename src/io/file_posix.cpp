@@ -33,8 +33,9 @@ bool IsFifo(const char* path) {
     return stat(path, &information) == 0 && S_ISFIFO(information.st_mode);
 }
 
-// A FIFO would not open before somebody opens its other end, which may be never. It is opened as it is at the moment: without
-// a writer it is at its end at once, and without a reader it does not open. Whoever is there is waited for afterwards.
+// A FIFO would not open before somebody opens its other end, which may be never. It is opened as it is at the moment:
+// without a writer it is at its end at once, and without a reader it does not open. Whoever is there is waited for
+// afterwards.
 int OpenAtOnce(const std::string& path, int flags) {
     constexpr mode_t kReadWriteForAll = 0666;
     const bool isFifo = IsFifo(path.c_str());

@@ -13,8 +13,8 @@ namespace {
 
 constexpr CharSet kIdentifierChars("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_");
 
-// As much of the text as can get into an identifier: no character has more than four bytes. A long text is not looked at
-// beyond that, since one text can become the identifier of many objects.
+// As much of the text as can get into an identifier: no character has more than four bytes. A long text is not looked
+// at beyond that, since one text can become the identifier of many objects.
 std::string_view UsefulFront(std::string_view text) {
     constexpr size_t kMostBytes = 4 * kLongestIdentifier;
     if (text.size() <= kMostBytes) {

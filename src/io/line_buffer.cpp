@@ -91,7 +91,7 @@ bool LineBuffer::FindLineEnd(size_t& lineEnd) {
 // Makes room for a block and one byte more: the "\n" that a last line without line end gets. The buffer is packed only
 // when more than half of it is free, so that a byte is moved a constant number of times.
 bool LineBuffer::ReadBlock() {
-    if (atEnd_ || failed_) {
+    if (atEnd_) {
         return false;
     }
     if (capacity_ - rawEnd_ <= kBlockSize) {

@@ -4,8 +4,8 @@
 //
 //     [ dropped | lines handed over, not yet dropped | gap | bytes as read ]
 //
-// A line is cleaned where it lies and becomes part of the lines in front of it. The gap grows by what cleaning takes out
-// of a line (the CR of a line end, control characters) and closes when the buffer is packed.
+// A line is cleaned where it lies and becomes part of the lines in front of it. The gap grows by what cleaning takes
+// out of a line (the CR of a line end, control characters) and closes when the buffer is packed.
 #pragma once
 
 #include <cstddef>
@@ -22,8 +22,8 @@ public:
 
     explicit LineBuffer(File& file) : file_(file) {}
 
-    // Appends the next line to the text, with a "\n" behind it whatever its end was. Broken UTF-8 is replaced by "_" byte
-    // by byte, control characters that are no blanks are left out. The last line needs no line end.
+    // Appends the next line to the text, with a "\n" behind it whatever its end was. Broken UTF-8 is replaced by "_"
+    // byte by byte, control characters that are no blanks are left out. The last line needs no line end.
     Result ReadLine();
 
     // The lines read and not yet dropped. The view holds until the next ReadLine.

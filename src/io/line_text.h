@@ -10,8 +10,8 @@
 
 namespace tabrin {
 
-// Composing takes most of the time that writing leaves to this library. A string would serve, but asks for room in a call
-// for each of the two dozen pieces of a line.
+// Composing takes most of the time that writing leaves to this library. A string would serve, but asks for room in a
+// call for each of the two dozen pieces of a line.
 class LineText {
 public:
     void Clear() { size_ = 0; }

@@ -36,9 +36,9 @@ uint32_t KeywordEnds(const char* text) {
     return ByteBlock(text).Between('\0', ' ') & ByteBlock(text - 1).Between('N', '_');
 }
 
+// There is always something in front of `end`: the keyword of the statement itself.
 bool EndsInSemicolon(std::string_view text, size_t end) {
-    const size_t last = FindLastNonBlank(text, end - 1);
-    return last != kNpos && text[last] == ';';
+    return text[FindLastNonBlank(text, end - 1)] == ';';
 }
 
 }  // namespace

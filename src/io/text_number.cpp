@@ -111,9 +111,9 @@ char* FormatDecimal(char* buffer, bool negative, uint64_t digits, int decimals) 
     return std::copy(first, end, buffer);
 }
 
-// Most numbers in files have few digits. Where one is the double nearest to a decimal of at most ten digits, that decimal
-// is what rounding to ten digits gives: a double is closer to it than any rounding boundary by orders of magnitude.
-// nullptr for other numbers.
+// Most numbers in files have few digits. Where one is the double nearest to a decimal of at most ten digits, that
+// decimal is what rounding to ten digits gives: a double is closer to it than any rounding boundary by orders of
+// magnitude. nullptr for other numbers.
 char* FormatShortDecimal(char* buffer, double value) {
     constexpr uint64_t kTooLong = 10'000'000'000U;
     const double magnitude = std::fabs(value);

@@ -1,7 +1,8 @@
 // Numbers from text and back, the same on every platform and under every locale.
 //
-// The conversions from text follow the C runtime's strtoul, strtol, strtoll and strtod where `long` has 32 bits: leading
-// blanks and a sign are taken, trailing characters ignored, numbers out of range refused. On failure the value is 0.
+// The conversions from text follow the C runtime's strtoul, strtol, strtoll and strtod where `long` has 32 bits:
+// leading blanks and a sign are taken, trailing characters ignored, numbers out of range refused. On failure the value
+// is 0.
 #pragma once
 
 #include <cstddef>
@@ -33,9 +34,10 @@ bool ToI64(std::string_view text, int64_t& value);
 // Also takes hexadecimal ("0x1.8p3"), "inf" and "nan". Fails on overflow and on underflow to zero; subnormals pass.
 bool ToDouble(std::string_view text, double& value);
 
-// The number in front of the next `delimiter` at or after `pos`, whose position goes to `found`, kNpos when there is none:
-// what ToU32, ToI32 and ToDouble make of TextUntilChar. A plain number right in front of it is read without looking for it
-// first. The delimiter must be none of the characters that numbers and the blanks around them consist of.
+// The number in front of the next `delimiter` at or after `pos`, whose position goes to `found`, kNpos when there is
+// none: what ToU32, ToI32 and ToDouble make of TextUntilChar. A plain number right in front of it is read without
+// looking for it first. The delimiter must be none of the characters that numbers and the blanks around them consist
+// of.
 bool U32UntilChar(std::string_view text, size_t pos, char delimiter, uint32_t& value, size_t& found);
 bool I32UntilChar(std::string_view text, size_t pos, char delimiter, int32_t& value, size_t& found);
 bool DoubleUntilChar(std::string_view text, size_t pos, char delimiter, double& value, size_t& found);

@@ -35,8 +35,7 @@ bool IsPlainNumber(std::string_view token, uint32_t value) {
     if (value == 0) {
         return zeros == token.size();
     }
-    const size_t significant = token.size() == 1 ? 1 : token.size() - zeros;
-    return significant == DecimalDigits(value);
+    return token.size() - zeros == DecimalDigits(value);
 }
 
 }  // namespace

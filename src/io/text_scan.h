@@ -45,8 +45,8 @@ inline void TakeBlanks(std::string_view& text) {
 }
 
 // Whether `keyword` is the first token at or after `pos`. It must be followed by a blank inside the same text, so a
-// keyword at the very end, or with ":" directly behind it, is none. `end` is where the keyword would end, whether or not
-// it is there; kNpos when there is no token at all.
+// keyword at the very end, or with ":" directly behind it, is none. `end` is where the keyword would end, whether or
+// not it is there; kNpos when there is no token at all.
 inline bool KeywordAt(std::string_view text, std::string_view keyword, size_t pos, size_t& end) {
     end = kNpos;
     const size_t start = FindNonBlank(text, pos);
@@ -60,8 +60,8 @@ inline bool KeywordAt(std::string_view text, std::string_view keyword, size_t po
     return text.compare(start, keyword.size(), keyword) == 0;
 }
 
-// Reads the first token at or after `pos` as an unsigned number. It must be followed by a blank. On success `end` is the
-// index of that blank; on failure `value` is 0 and `end` kNpos.
+// Reads the first token at or after `pos` as an unsigned number. It must be followed by a blank. On success `end` is
+// the index of that blank; on failure `value` is 0 and `end` kNpos.
 bool UnsignedToken(std::string_view text, size_t pos, uint32_t& value, size_t& end);
 
 // The text from `pos` up to, not including, the next `delimiter`, whose position goes to `found`; an empty text and

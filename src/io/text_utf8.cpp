@@ -23,8 +23,8 @@ size_t SkipAscii(std::string_view text, size_t pos) {
     return pos;
 }
 
-// What the first byte announces. Sequences are checked one by one, so that repairing a text looks at each byte a constant
-// number of times however broken it is.
+// What the first byte announces. Sequences are checked one by one, so that repairing a text looks at each byte a
+// constant number of times however broken it is.
 size_t SequenceLength(char first) {
     const auto lead = static_cast<unsigned char>(first);
     if (lead >= 0xF0) {

@@ -17,12 +17,12 @@ size_t FirstInvalidUtf8(std::string_view text);
 // character at all or the text is not UTF-8 in front of the cut.
 bool Utf8SafeLength(std::string_view text, size_t size, size_t& length);
 
-// Copies as much of the text as fits, with a NUL behind it; nothing behind the NUL is touched. On failure the buffer, if
-// it has any room, holds the empty text.
+// Copies as much of the text as fits, with a NUL behind it; nothing behind the NUL is touched. On failure the buffer,
+// if it has any room, holds the empty text.
 bool CopyToBuffer(char* buffer, std::string_view text, size_t size);
 
-// Takes a text out of a caller's buffer: up to the first NUL, else all but the last byte. A character cut off by the end
-// is dropped, where the byte that begins it decides; other text that is not UTF-8 fails and leaves `text` empty.
+// Takes a text out of a caller's buffer: up to the first NUL, else all but the last byte. A character cut off by the
+// end is dropped, where the byte that begins it decides; other text that is not UTF-8 fails and leaves `text` empty.
 bool StringFromBuffer(std::string& text, const char* buffer, size_t size);
 
 // Throws utf8::exception on text that is not UTF-8.

@@ -19,9 +19,9 @@ enum class TokenKind : uint32_t {
 };
 
 // Hands out the tokens of a text one after the other. A piece that begins with a quote and does not end in one runs on,
-// over delimiters, to the next piece that does; whatever delimiters stood between, one space takes their place. A quote standing
-// alone opens nothing, so that a quoted text with a blank in front falls into pieces; a quote that is never closed
-// swallows the rest of the text.
+// over delimiters, to the next piece that does; whatever delimiters stood between, one space takes their place. A quote
+// standing alone opens nothing, so that a quoted text with a blank in front falls into pieces; a quote that is never
+// closed swallows the rest of the text.
 class TokenReader {
 public:
     // The text and the set must outlive the reader; the tokens live as long as the reader does.

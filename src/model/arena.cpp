@@ -8,7 +8,8 @@ namespace tabrin {
 
 namespace {
 
-// Small databases take little; from here on the blocks are of one size, which the allocator hands out again after Clear.
+// Small databases take little; from here on the blocks are of one size, which the allocator hands out again after
+// Clear.
 constexpr size_t kFirstBlock = size_t{4} << 10;
 constexpr size_t kLargestBlock = size_t{64} << 10;
 
@@ -30,8 +31,8 @@ std::string_view Arena::Keep(std::string_view text) {
     return {copy, text.size()};
 }
 
-// Blocks come aligned for every fundamental type. A large piece gets a block of its own, and the current one stays in use:
-// never more than a quarter of a block is lost.
+// Blocks come aligned for every fundamental type. A large piece gets a block of its own, and the current one stays in
+// use: never more than a quarter of a block is lost.
 char* Arena::AllocateInNewBlock(size_t size) {
     const size_t blockSize = std::max(nextBlockSize_, kFirstBlock);
     const bool isLarge = !kSharesBlocks || size > blockSize / 4;

@@ -10,8 +10,8 @@
 namespace tabrin {
 
 // A database consists of many small pieces that live and die together. Each is taken off the front of a block, in a few
-// instructions and without gaps. (Not the monotonic resource of the standard library: its blocks grow with what it holds,
-// and large ones are fresh pages from the system each time.)
+// instructions and without gaps. (Not the monotonic resource of the standard library: its blocks grow with what it
+// holds, and large ones are fresh pages from the system each time.)
 class Arena {
 public:
     // Memory that stays until Clear. `alignment` is that of a fundamental type.

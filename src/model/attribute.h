@@ -37,8 +37,8 @@ private:
     std::vector<uint32_t> byName_;  // indexes in the order of their names, so that thousands of them are no trouble
 };
 
-// A definition with its default, or a value. A value is a copy of its definition with the object and the value filled in.
-// The texts are views: those of an attribute in a store live as long as it does.
+// A definition with its default, or a value. A value is a copy of its definition with the object and the value filled
+// in. The texts are views: those of an attribute in a store live as long as it does.
 struct Attribute {
     using EnumValues = tabrin::EnumValues;
 
@@ -60,9 +60,9 @@ struct Attribute {
     [[nodiscard]] const std::string* EnumText() const;
 };
 
-// Sets the value of an attribute from one token of a statement: a number within the range, an index or a quoted name from
-// the list, a quoted text. False, with the attribute unchanged, when the token does not fit. Text behind a number is
-// ignored; a token without quotes sets an empty string. A text stays a view into the token.
+// Sets the value of an attribute from one token of a statement: a number within the range, an index or a quoted name
+// from the list, a quoted text. False, with the attribute unchanged, when the token does not fit. Text behind a number
+// is ignored; a token without quotes sets an empty string. A text stays a view into the token.
 bool SetValueFromText(Attribute& attribute, std::string_view text);
 
 }  // namespace tabrin

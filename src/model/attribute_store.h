@@ -29,13 +29,13 @@ public:
     [[nodiscard]] const Attribute* FindDefinition(const Attribute& probe, AttributeValueType valueType) const;
     [[nodiscard]] std::optional<Attribute> FindValue(const Attribute& probe, AttributeValueType valueType) const;
 
-    // The definition that a value of this name binds to. The network comes first: where a name is defined for the network
-    // and for messages too, its values bind to the network definition, which their statements then do not fit. Within an
-    // object type the order is Int, String, Enum.
+    // The definition that a value of this name binds to. The network comes first: where a name is defined for the
+    // network and for messages too, its values bind to the network definition, which their statements then do not fit.
+    // Within an object type the order is Int, String, Enum.
     [[nodiscard]] const Attribute* FindDefinitionForValue(std::string_view name) const;
 
-    // The first definition or value of a key counts; a later one is dropped, or found by nobody. The key is the name, the
-    // value type and the object: for a definition its type, for a value also the message and the signal.
+    // The first definition or value of a key counts; a later one is dropped, or found by nobody. The key is the name,
+    // the value type and the object: for a definition its type, for a value also the message and the signal.
     void AddDefinition(const Attribute& attribute);
     void AddValue(const Attribute& attribute);
     // The same for a value that was made from this definition of the store.
@@ -49,8 +49,8 @@ public:
     [[nodiscard]] const Sequence& Definitions() const { return definitions_; }
     [[nodiscard]] std::vector<Attribute> Values() const;
 
-    // Calls `use` with the values in that order, the later ones of a key included: to leave them out takes longer than to
-    // pass over them.
+    // Calls `use` with the values in that order, the later ones of a key included: to leave them out takes longer than
+    // to pass over them.
     template <typename Use>
     void ForEachValue(Use use) const {
         for (const Value& value : values_) {
@@ -72,8 +72,8 @@ private:
     std::shared_ptr<Attribute> Kept(const Attribute& attribute);
 
     Arena arena_;  // of the attributes and their texts
-    // Few, since in reading only known names are accepted (nine, of three object and three value types each) and in writing
-    // there are four: looked through from the front.
+    // Few, since in reading only known names are accepted (nine, of three object and three value types each) and in
+    // writing there are four: looked through from the front.
     Sequence definitions_;
     Sequence unbound_;  // serve as definitions of values that were not made from one
     std::vector<Value> values_;

@@ -62,8 +62,8 @@ public:
     // All messages of the file being read that carry the identifier, in file order.
     [[nodiscard]] const Messages& FindMessages(uint32_t id);
 
-    // The names of their signals. To be asked for only when the signals of all messages read so far are complete, as they
-    // are at any statement that is neither BO_ nor SG_.
+    // The names of their signals. To be asked for only when the signals of all messages read so far are complete, as
+    // they are at any statement that is neither BO_ nor SG_.
     [[nodiscard]] const SignalNameIndex& FindSignalNames(uint32_t id);
 
     // Drops what only reading needs: the index and the attributes.

@@ -42,8 +42,8 @@ private:
     std::unordered_map<std::string, std::vector<size_t>> groups_;
 };
 
-// Puts the names back when memory runs out while signals are numbered: half of the suffixes would make the next numbering
-// give others, and not different ones in every case.
+// Puts the names back when memory runs out while signals are numbered: half of the suffixes would make the next
+// numbering give others, and not different ones in every case.
 class NamesUntilNumbered {
 public:
     explicit NamesUntilNumbered(const std::vector<std::shared_ptr<CANSignal>>& signals) : signals_(signals) {

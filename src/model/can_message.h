@@ -48,10 +48,10 @@ public:
     bool SetFromRecord(const CanMessageData* record);
     bool GetData(CanMessageData* record) const;
 
-    // Tells signals of one identifier name apart by the suffixes _0000, _0001, ... in their order, and whether there were
-    // any. The suffixes stay, so that writing again gives the same names, with one exception: names that lost what
-    // follows their 27th character can be equal by then, and are numbered anew. A suffixed name is not compared with the
-    // names of other signals as they stand: Speed, Speed_0001 and Speed give Speed_0001 twice.
+    // Tells signals of one identifier name apart by the suffixes _0000, _0001, ... in their order, and whether there
+    // were any. The suffixes stay, so that writing again gives the same names, with one exception: names that lost what
+    // follows their 27th character can be equal by then, and are numbered anew. A suffixed name is not compared with
+    // the names of other signals as they stand: Speed, Speed_0001 and Speed give Speed_0001 twice.
     bool PrepareForWriting();
 
     void SetSendType(std::string_view text);

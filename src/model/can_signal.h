@@ -50,8 +50,8 @@ public:
     // Number `index` in ascending order of the values; fails beyond the last one too.
     bool GetValueDescription(uint32_t index, CanSignalEnumData* record) const;
 
-    // Tells the identifier name apart from others by a suffix of five characters, "_0007" for 7. A suffix from an earlier
-    // time is replaced; where there is no room it takes the place of what follows the 27th character.
+    // Tells the identifier name apart from others by a suffix of five characters, "_0007" for 7. A suffix from an
+    // earlier time is replaced; where there is no room it takes the place of what follows the 27th character.
     bool ApplyUniqueSuffix(uint32_t index);
     // The identifier name without such a suffix.
     [[nodiscard]] std::string_view UnsuffixedName() const {

@@ -1,4 +1,5 @@
-// Comments are kept escaped: every quote in them has a backslash in front. Reading, appending and writing all rely on it.
+// Comments are kept escaped: every quote in them has a backslash in front. Reading, appending and writing all rely on
+// it.
 #pragma once
 
 #include <string>

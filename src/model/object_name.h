@@ -7,8 +7,9 @@
 
 namespace tabrin {
 
-// Takes over a name as it was read or given: its tabs and line breaks become spaces, and its identifier form is made. The
-// name must stay as long as the arena does; usually all three are one. Throws utf8::exception on text that is not UTF-8.
+// Takes over a name as it was read or given: its tabs and line breaks become spaces, and its identifier form is made.
+// The name must stay as long as the arena does; usually all three are one. Throws utf8::exception on text that is not
+// UTF-8.
 void SetName(Arena& arena, std::string_view given, std::string_view& name, std::string_view& identifierName);
 
 // The identifier form of the text. Throws like SetName.

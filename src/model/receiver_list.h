@@ -7,7 +7,8 @@
 
 namespace tabrin {
 
-// A sequence of identifiers, kept joined by ",": no identifier holds one, and it is the form that callers and files see.
+// A sequence of identifiers, kept joined by ",": no identifier holds one, and it is the form that callers and files
+// see.
 class ReceiverList {
 public:
     // Takes the pieces of a text between its commas. Blanks around a piece go, empty pieces are left out, and the rest

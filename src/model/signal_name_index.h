@@ -11,8 +11,9 @@
 
 namespace tabrin {
 
-// The signals of all messages of one identifier, by the name they were read with and by their identifier name. Names may
-// hold blanks and may repeat. However many messages share the identifier, finding takes time only for what is found.
+// The signals of all messages of one identifier, by the name they were read with and by their identifier name. Names
+// may hold blanks and may repeat. However many messages share the identifier, finding takes time only for what is
+// found.
 class SignalNameIndex {
 public:
     // The signals of the message must all have been read.
@@ -30,9 +31,9 @@ public:
         Visit(HashOf(name), name, NameKind::Identifier, use);
     }
 
-    // Calls `use` with every signal whose name, as it was read, stands at `pos` of the text with a blank behind it: with
-    // "My Sig 1" both My and My Sig. The hash grows with the text, so that the text is looked at once however many names
-    // fit.
+    // Calls `use` with every signal whose name, as it was read, stands at `pos` of the text with a blank behind it:
+    // with "My Sig 1" both My and My Sig. The hash grows with the text, so that the text is looked at once however many
+    // names fit.
     template <typename Use>
     void ForEachReadAt(std::string_view text, size_t pos, Use use) const {
         uint64_t hash = kSeed;
@@ -56,8 +57,8 @@ private:
         CANSignal* signal;
         NameKind kind;
     };
-    // Ordered by the hash. The signals themselves are touched only where it fits. A signal is there by the name it was read
-    // with; where its identifier name is another, a second time by that.
+    // Ordered by the hash. The signals themselves are touched only where it fits. A signal is there by the name it was
+    // read with; where its identifier name is another, a second time by that.
     using Run = std::vector<Entry>;
 
     static constexpr uint64_t kSeed = 0xCBF29CE484222325U;

@@ -25,8 +25,8 @@ public:
     [[nodiscard]] const Map& Entries() const;
     [[nodiscard]] size_t Size() const { return list_ != nullptr ? list_->entries.size() : 0; }
 
-    // Entry number `index` in order; `index` must be below Size. Asking for one after the other takes constant time each,
-    // because the place of the last one asked for is remembered.
+    // Entry number `index` in order; `index` must be below Size. Asking for one after the other takes constant time
+    // each, because the place of the last one asked for is remembered.
     [[nodiscard]] const Map::value_type& At(size_t index) const;
 
     [[nodiscard]] Arena& GetArena() const { return *arena_; }

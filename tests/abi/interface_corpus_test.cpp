@@ -258,9 +258,9 @@ constexpr CountRow kCounts[] = {
     {"hyundai-canfd.dbc", 51, 648, 0},
     {"iso11783.dbc", 2627, 2627, 0},
     {"j1939-small.dbc", 2, 2, 0},
-    // The message named "B" has a name of one letter behind its blank, which is enough. Thirteen of the 2390 signals have
-    // a maximum beyond the largest double (4.4E+481, 2.7E+4161). They stand at the end of six messages, in groups of 1,
-    // 5, 2, 1, 3 and 1: the first of each group is an error, the others are passed over behind it.
+    // The message named "B" has a name of one letter behind its blank, which is enough. Thirteen of the 2390 signals
+    // have a maximum beyond the largest double (4.4E+481, 2.7E+4161). They stand at the end of six messages, in groups
+    // of 1, 5, 2, 1, 3 and 1: the first of each group is an error, the others are passed over behind it.
     {"j1939.dbc", 357, 2377, 6},
     // CM_ and BA_ stand between the message and its signal, so the signal is passed over silently.
     {"latin1-small.dbc", 1, 0, 0},
@@ -320,8 +320,8 @@ struct FileError {
     const char* text;  // what it begins with: the receivers are left out
 };
 
-// Followed by an empty line, which raises their numbers: the last one in parser-test.dbc, the first, fourth and sixth in
-// j1939.dbc.
+// Followed by an empty line, which raises their numbers: the last one in parser-test.dbc, the first, fourth and sixth
+// in j1939.dbc.
 constexpr FileError kFileErrors[] = {
     {"bad-midfile.dbc", 0, 2, 40, "BO_ 512 BrakeStatus: X Brake\n"},
     {"j1939.dbc", 0, 6, 199,

@@ -19,7 +19,8 @@ constexpr Outcome kNotOpened{false, TABRIN_STATUS_NOT_OPENED};
 constexpr std::string_view kTwoMessages =
     "BO_ 1 First: 8 N\r\n SG_ S : 0|8@1+ (1,0) [0|0] \"\" N\r\nBO_ 2 Second: 8 N\r\n";
 
-// A process of its own that ends with what `work` returns, and by a signal should it hang. It must not report to GoogleTest.
+// A process of its own that ends with what `work` returns, and by a signal should it hang. It must not report to
+// GoogleTest.
 class Process {
 public:
     explicit Process(const std::function<int()>& work) : id_(fork()) {

@@ -124,8 +124,8 @@ TEST_F(WindowsFile, OfTheNameNulIsEmptyAndTakesAll) {
     }
 }
 
-// What is behind such a name is the system's business. In no case does a file of that name come into being, and the answer is
-// one of those that tell of a device: opened and written or read, broken off, or not opened.
+// What is behind such a name is the system's business. In no case does a file of that name come into being, and the
+// answer is one of those that tell of a device: opened and written or read, broken off, or not opened.
 TEST_F(WindowsFile, OfAReservedNameIsNoFile) {
     for (const char* name : {"COM1", "COM9", "LPT1", "AUX", "PRN", "com5"}) {
         SCOPED_TRACE(name);

@@ -14,8 +14,8 @@ uint32_t SizeOf(const std::string& path) {
     return static_cast<uint32_t>(path.size() + 1);
 }
 
-// Memory that was given back may count as given out, since the runtime keeps a little of it at hand. One allocation lost in each
-// of a thousand rounds is more than this.
+// Memory that was given back may count as given out, since the runtime keeps a little of it at hand. One allocation
+// lost in each of a thousand rounds is more than this.
 constexpr size_t kKeptAtHand = 16384;
 
 // --- Loaded and unloaded ------------------------------------------------------------------------------------------
@@ -103,7 +103,8 @@ bool Build(const LibraryUnderTest& library, uint32_t messages) {
     return built;
 }
 
-// What a file that is being replaced holds is any part of the two, but a read of it ends well, and what it gives is in order.
+// What a file that is being replaced holds is any part of the two, but a read of it ends well, and what it gives is in
+// order.
 int ReadOften(const std::string& copy, const std::string& path) {
     const LibraryUnderTest library(copy);
     for (int i = 0; i < 100; ++i) {

@@ -354,8 +354,8 @@ TEST_F(WriteDbcFile, SuffixesFollowTheOrderOfTheSignalsAndKeepNamesAt32Character
     }
 }
 
-// What a file cannot carry changes on the way: the unit beyond ASCII, the range the wrong way round, the exact third, the
-// start value, and the value descriptions of a float.
+// What a file cannot carry changes on the way: the unit beyond ASCII, the range the wrong way round, the exact third,
+// the start value, and the value descriptions of a float.
 TEST_F(WriteDbcFile, ADatabaseBuiltFromNothingReadsBack) {
     AppendExample();
     Written();

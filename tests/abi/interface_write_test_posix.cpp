@@ -22,8 +22,8 @@ protected:
         std::filesystem::remove(path_);
     }
 
-    // Writes while no file of this process may grow beyond a size. Nothing else happens meanwhile, because the limit holds
-    // for the report of the tests as well.
+    // Writes while no file of this process may grow beyond a size. Nothing else happens meanwhile, because the limit
+    // holds for the report of the tests as well.
     Outcome WriteLimited(size_t size) const {
         // Otherwise the system ends the process at the limit.
         void (*const handler)(int) = std::signal(SIGXFSZ, SIG_IGN);

@@ -1,4 +1,5 @@
-// Attributes through whole files: from text into the fields, and from the fields by way of a file into another database.
+// Attributes through whole files: from text into the fields, and from the fields by way of a file into another
+// database.
 #include <gtest/gtest.h>
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// Random statements, read by the library and by a second reader that takes the slow and obvious way: every token a string
-// of its own, every token classified, every look-up a walk over the list.
+// Random statements, read by the library and by a second reader that takes the slow and obvious way: every token a
+// string of its own, every token classified, every look-up a walk over the list.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -313,8 +313,8 @@ private:
 
 // --- The random statements ---------------------------------------------------------------------------------------
 
-// Mostly statements that make sense together: in each file every name is usually used with one object and one value type.
-// The generator gives the same numbers on every platform; the distributions of the standard library would not.
+// Mostly statements that make sense together: in each file every name is usually used with one object and one value
+// type. The generator gives the same numbers on every platform; the distributions of the standard library would not.
 class StatementMaker {
 public:
     explicit StatementMaker(uint32_t seed) : random_(seed) {

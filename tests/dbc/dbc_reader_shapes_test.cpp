@@ -1,5 +1,5 @@
-// Shapes of files that once took minutes or gigabytes to read. Nothing is timed: whoever brings such a cost back waits for
-// it here.
+// Shapes of files that once took minutes or gigabytes to read. Nothing is timed: whoever brings such a cost back waits
+// for it here.
 #include <gtest/gtest.h>
 
 #include <cstdint>

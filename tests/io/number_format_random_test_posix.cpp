@@ -1,4 +1,5 @@
-// The short cut for numbers of few digits against printf. Not on Windows, whose printf writes exponents of three digits.
+// The short cut for numbers of few digits against printf. Not on Windows, whose printf writes exponents of three
+// digits.
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -121,8 +121,8 @@ int SystemFaults::Close(int descriptor) {
 
 }  // namespace tabrin
 
-// The library's own calls arrive here because the program's definitions win over those of shared libraries, the runtime of
-// a sanitizer included. They must be visible: the C++ runtime is served by them too.
+// The library's own calls arrive here because the program's definitions win over those of shared libraries, the runtime
+// of a sanitizer included. They must be visible: the C++ runtime is served by them too.
 #define TABRIN_TAKES_CALLS extern "C" __attribute__((visibility("default")))
 
 TABRIN_TAKES_CALLS int open(const char* path, int flags, ...) {

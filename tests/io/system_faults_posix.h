@@ -1,5 +1,5 @@
-// Faults of the operating system at will. The test program has open, read, write and close of its own, which come before
-// those of the C library: they do what a test asks for, and pass everything else on to the system.
+// Faults of the operating system at will. The test program has open, read, write and close of its own, which come
+// before those of the C library: they do what a test asks for, and pass everything else on to the system.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// Random texts cut into tokens by the library and by a second cutter that takes the rule literally: all pieces first, then
-// the quoted ones joined.
+// Random texts cut into tokens by the library and by a second cutter that takes the rule literally: all pieces first,
+// then the quoted ones joined.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -1,5 +1,5 @@
-// Every single allocation of reading, asking, appending and writing fails in its turn, once alone and once with all that
-// follow. Nothing is lost but the work of that call, and the library goes on as if nothing had been.
+// Every single allocation of reading, asking, appending and writing fails in its turn, once alone and once with all
+// that follow. Nothing is lost but the work of that call, and the library goes on as if nothing had been.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -80,8 +80,8 @@ auto CallInTrouble(const Trial& trial, Trouble& trouble, Call call) {
     return result;
 }
 
-// Has the first, the second, ... allocation fail until there are not so many: `attempt` makes a call, looks at what has become
-// of it, and says whether there were. Returns how often there were.
+// Has the first, the second, ... allocation fail until there are not so many: `attempt` makes a call, looks at what has
+// become of it, and says whether there were. Returns how often there were.
 template <typename Attempt>
 size_t ForEachAllocation(Attempt attempt) {
     size_t points = 0;

@@ -86,7 +86,14 @@ TEST(PrepareForWriting, EqualNamesGetSuffixes) {
 
 TEST(PrepareForWriting, DistinctNamesStay) {
     const Names kRows[] = {
-        {}, {"S"}, {"A", "B", "C"}, {"S", "S_0000", "S_0001"}, {"S", "s"}, {"", "_0000"}, {k27, k27 + "B", k27 + "C"},
+        {},
+        {"S"},
+        {"A", "B", "C"},
+        {"S", "S_0000", "S_0001"},
+        {"S", "s"},
+        {"", "_0000"},
+        {k27, k27 + "B", k27 + "C"},
+        {"Position_A_of_pedal", "Position_B_of_pedal"},
     };
     for (const Names& names : kRows) {
         SCOPED_TRACE(testing::PrintToString(names));

@@ -1,5 +1,5 @@
-// What the library does grows in proportion to what it is given: files of eight times the size take eight times the work,
-// whatever their shape. Work is counted, not timed.
+// What the library does grows in proportion to what it is given: files of eight times the size take eight times the
+// work, whatever their shape. Work is counted, not timed.
 #include <gtest/gtest.h>
 
 #include <cstddef>

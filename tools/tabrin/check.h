@@ -23,8 +23,8 @@ std::string ErrorListText(const Library& library, const std::string& file, const
 // "engine.dbc: 6 messages, 21 signals, 1 error"
 std::string SummaryText(const Library& library, const std::string& file);
 
-// Reads each file and prints its errors and a summary. Returns the exit status: 1 when there were errors, 2 when a file could
-// not be read.
+// Reads each file and prints its errors and a summary. Returns the exit status: 1 when there were errors, 2 when a file
+// could not be read.
 int Check(const Library& library, const std::vector<std::string>& files, const Paint& paint);
 
 }  // namespace tabrin_tool

@@ -13,7 +13,8 @@ void WriteText(Stream stream, std::string_view text);
 // Hands on what is still buffered. Throws Failure like WriteText.
 void FinishOutput();
 
-// Says whether somebody looks at the stream on a terminal that understands colours. Switches them on where that is needed.
+// Says whether somebody looks at the stream on a terminal that understands colours. Switches them on where that is
+// needed.
 bool IsColourTerminal(Stream stream);
 
 }  // namespace tabrin_tool

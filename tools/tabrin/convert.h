@@ -15,8 +15,8 @@ struct ConvertOptions {
     bool force = false;
 };
 
-// Reads a file and writes it in the order asked for. Returns the exit status: 1 when statements were left out because they
-// cannot be read. The output appears whole or not at all. Throws Failure.
+// Reads a file and writes it in the order asked for. Returns the exit status: 1 when statements were left out because
+// they cannot be read. The output appears whole or not at all. Throws Failure.
 int Convert(const Library& library, const ConvertOptions& options, const Paint& paint);
 
 }  // namespace tabrin_tool

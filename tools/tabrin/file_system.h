@@ -15,8 +15,8 @@ bool CreateNewFile(const std::filesystem::path& path, std::string& reason);
 // Waits until the contents of the file are on the disk.
 bool FlushFileToDisk(const std::filesystem::path& path, std::string& reason);
 
-// Gives a file the name of another one in the same folder in one step: that name stands for the old contents or for the new
-// ones, never for none. Without `replace` it fails when the name is taken.
+// Gives a file the name of another one in the same folder in one step: that name stands for the old contents or for the
+// new ones, never for none. Without `replace` it fails when the name is taken.
 bool MoveIntoPlace(const std::filesystem::path& from, const std::filesystem::path& to, bool replace,
                    std::string& reason);
 

@@ -16,8 +16,8 @@ inline constexpr int kBitsInByte = 8;
 // Frames beyond this are not drawn: no transport on CAN carries more.
 inline constexpr std::uint32_t kLargestFrame = 4096;
 
-// The bits of a signal from its least significant one upwards, as far as they can lie in a frame that is drawn. A signal
-// that goes on in front of the frame ends there.
+// The bits of a signal from its least significant one upwards, as far as they can lie in a frame that is drawn. A
+// signal that goes on in front of the frame ends there.
 std::vector<FrameBit> BitsOf(const FrameSignal& signal);
 
 // Which signals the bits of a frame belong to.

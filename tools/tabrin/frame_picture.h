@@ -18,9 +18,10 @@ struct FrameSignal {
     bool bigEndian;
 };
 
-// Draws a frame: a row for each byte, its bits 7 to 0 from left to right, and in them the signals. "[" stands in front of a
-// signal's most significant bit and "]" behind its least significant one; bits of several signals carry all their keys.
-// Rows that would only repeat what stands above them are drawn once. Below are notes on what overlaps or lies outside.
+// Draws a frame: a row for each byte, its bits 7 to 0 from left to right, and in them the signals. "[" stands in front
+// of a signal's most significant bit and "]" behind its least significant one; bits of several signals carry all their
+// keys. Rows that would only repeat what stands above them are drawn once. Below are notes on what overlaps or lies
+// outside.
 std::string DrawFrame(std::uint32_t bytes, const std::vector<FrameSignal>& signals, std::size_t indent,
                       const Paint& paint);
 

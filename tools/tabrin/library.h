@@ -6,8 +6,8 @@
 
 namespace tabrin_tool {
 
-// The functions of the library that this program calls. They are looked up while it runs and not by the system's loader:
-// a library that is missing can then be reported in words, and `tabrin --help` works without one.
+// The functions of the library that this program calls. They are looked up while it runs and not by the system's
+// loader: a library that is missing can then be reported in words, and `tabrin --help` works without one.
 struct Library {
     std::string path;  // as it was found
     decltype(&TabrinGetLibraryVersion) getLibraryVersion = nullptr;

@@ -23,8 +23,8 @@ std::vector<LibraryPlace> LibraryPlaces();
 // Returns null, and the reason, when there is none or it cannot be loaded.
 void* LoadLibraryFile(const std::string& path, std::string& reason);
 
-// Returns null when the library has no function of that name. `function` receives the address where a function pointer is
-// expected.
+// Returns null when the library has no function of that name. `function` receives the address where a function pointer
+// is expected.
 void* FindFunction(void* library, const char* name);
 
 }  // namespace tabrin_tool

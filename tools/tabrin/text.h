@@ -31,7 +31,8 @@ std::string OneLine(std::string_view text);
 // Each line of the text, cleaned like OneLine, with blanks in front and a line end behind.
 std::string Indented(std::size_t indent, std::string_view text);
 
-// Columns that a UTF-8 text takes on a terminal: two for the wide characters of East Asia, none for accents set on others.
+// Columns that a UTF-8 text takes on a terminal: two for the wide characters of East Asia, none for accents set on
+// others.
 std::size_t DisplayWidth(std::string_view text);
 
 // The beginning of a text that takes at most `width` columns; a text that does not fit ends with an ellipsis.
