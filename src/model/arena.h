@@ -71,7 +71,9 @@ private:
     bool kept_ = false;
 };
 
-// Lets containers and shared objects of the standard library live in an arena.
+// Lets containers and shared objects of the standard library live in an arena. Names and conversions are those that the
+// library asks of an allocator.
+// NOLINTBEGIN(readability-identifier-naming, google-explicit-constructor)
 template <typename T>
 class ArenaAllocator {
 public:
@@ -79,7 +81,7 @@ public:
 
     explicit ArenaAllocator(Arena& arena) : arena_(&arena) {}
     template <typename Other>
-    explicit(false) ArenaAllocator(const ArenaAllocator<Other>& other) : arena_(&other.GetArena()) {}
+    ArenaAllocator(const ArenaAllocator<Other>& other) : arena_(&other.GetArena()) {}
 
     T* allocate(size_t count) { return reinterpret_cast<T*>(arena_->Allocate(count * sizeof(T), alignof(T))); }
     void deallocate(T*, size_t) {}
@@ -94,6 +96,7 @@ public:
 private:
     Arena* arena_;
 };
+// NOLINTEND(readability-identifier-naming, google-explicit-constructor)
 
 // An object in an arena, made for that arena.
 template <typename T>
