@@ -22,7 +22,7 @@ constexpr double kSecondsOfOneSize = 0.02;
 constexpr int kMostRepetitions = 200;
 
 using Sizes = std::array<size_t, 4>;
-using Action = std::function<double(const std::string& path)>;  // processor seconds of what is looked at
+using Action = std::function<double(const std::string& path)>;  // ProcessorSeconds of what is looked at
 
 double ReadingTime(const std::string& path) {
     Clear();
@@ -158,12 +158,12 @@ void MeasureCounts() {
 void Main() {
     const FilesFolder folder("linearity_files");
     std::printf(
-        "Medians of processor times. A row of equal numbers is linear.\n"
+        "Medians of %s. A row of equal numbers is linear.\n"
         "growth: how far the numbers rise towards larger sizes; BENDS: by more than %.1f\n"
         "spread: the largest through the smallest; falls: more than %.1f, but not rising: small sizes pay a fixed "
         "cost,\n"
         "        or one that the large sizes measured before them in the same process have left behind\n\n",
-        kBend, kBend);
+        kProcessorTimes, kBend, kBend);
     MeasureFiles();
     MeasureCounts();
 }

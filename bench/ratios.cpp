@@ -151,7 +151,7 @@ public:
         std::printf(
             "Yardsticks: read   std::getline and utf8::find_invalid over the same file\n"
             "            walk   reading the same file; clear as well\n"
-            "            write  one write() for each line of the same output\n"
+            "            write  one write of the system for each line of the same output\n"
             "Medians of times on the wall; a ratio is the median of those of all pairs, measured in turn.\n\n");
         // Other programs slow the yardstick and the library down by different factors.
         if (!context.cpu_info.load_avg.empty()) {
