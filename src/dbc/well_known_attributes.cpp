@@ -167,8 +167,10 @@ void ApplySignalValue(CANDatabase& database, const Attribute& value) {
 
 void ApplyValues(CANDatabase& database) {
     database.attributes.ForEachValue([&](Attribute value) {
-        // Only long names are texts here. However many objects share one, it is kept once.
-        value.stringValue = KeepNormalised(database.arena, value.stringValue);
+        // The texts of objects are long names. However many share one, it is kept once.
+        if (!value.stringValue.empty()) {
+            value.stringValue = KeepNormalised(database.arena, value.stringValue);
+        }
         if (value.objectType == ObjectType::Message) {
             ApplyMessageValue(database, value);
         } else if (value.objectType == ObjectType::Signal) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <string_view>
 #include <vector>
 
@@ -39,10 +40,17 @@ private:
         char* end = nullptr;
     };
 
+    struct BlockDeleter {
+        std::align_val_t alignment{__STDCPP_DEFAULT_NEW_ALIGNMENT__};
+
+        void operator()(char* block) const { ::operator delete[](block, alignment); }
+    };
+
     char* AllocateInNewBlock(size_t size);
+    char* AddBlock(size_t size);
     void Rewind(const Mark& mark);
 
-    std::vector<std::unique_ptr<char[]>> blocks_;
+    std::vector<std::unique_ptr<char[], BlockDeleter>> blocks_;
     char* free_ = nullptr;
     char* end_ = nullptr;
     size_t nextBlockSize_ = 0;

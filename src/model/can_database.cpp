@@ -1,7 +1,6 @@
 #include "model/can_database.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 #include "io/text_utf8.h"
@@ -32,8 +31,14 @@ bool CANDatabase::AppendMessage(const CanMessageData* record) {
 void CANDatabase::AddParsedMessage(std::shared_ptr<CANMessage> message) {
     messages.push_back(message);
     // Identifiers often ascend, so that each goes in front of the one before.
-    lastFound_ = identifierIndex.try_emplace(lastFound_, message->id);
-    lastFound_->second.messages.push_back(std::move(message));
+    const uint32_t id = message->id;
+    lastAdded_ = identifierIndex.try_emplace(lastAdded_, id);
+    Namesakes& namesakes = lastAdded_->second;
+    if (namesakes.messages.empty()) {
+        namesakes.place = places_.size();
+        places_.push_back({id, &namesakes});
+    }
+    namesakes.messages.push_back(std::move(message));
 }
 
 // The text of an error loses the last character of its statement, which is a line end as a rule.
@@ -67,33 +72,28 @@ const SignalNameIndex& CANDatabase::FindSignalNames(uint32_t id) {
 }
 
 CANDatabase::Namesakes& CANDatabase::FindNamesakes(uint32_t id) {
-    if (!IsAt(lastFound_, id)) {
-        lastFound_ = FindNear(lastFound_, id);
+    constexpr size_t kNear = 8;
+    const size_t end = std::min(places_.size(), lastPlace_ + kNear);
+    for (size_t i = lastPlace_; i < end; ++i) {
+        if (places_[i].id == id) {
+            lastPlace_ = i;
+            return *places_[i].namesakes;
+        }
     }
     static Namesakes none;
-    return lastFound_ != identifierIndex.end() ? lastFound_->second : none;
-}
-
-// The statements of a section usually take the messages in their order, up or down.
-CANDatabase::IdentifierIndex::iterator CANDatabase::FindNear(IdentifierIndex::iterator place, uint32_t id) {
-    if (place != identifierIndex.end()) {
-        if (const auto below = std::next(place); IsAt(below, id)) {
-            return below;
-        }
-        if (place != identifierIndex.begin() && IsAt(std::prev(place), id)) {
-            return std::prev(place);
-        }
+    const auto found = identifierIndex.find(id);
+    if (found == identifierIndex.end()) {
+        return none;
     }
-    return identifierIndex.find(id);
-}
-
-bool CANDatabase::IsAt(IdentifierIndex::iterator place, uint32_t id) const {
-    return place != identifierIndex.end() && place->first == id;
+    lastPlace_ = found->second.place;
+    return found->second;
 }
 
 void CANDatabase::EndReading() {
+    places_ = std::vector<Place>();
+    lastPlace_ = 0;
     identifierIndex.clear();
-    lastFound_ = identifierIndex.end();
+    lastAdded_ = identifierIndex.end();
     attributes.Clear();
 }
 

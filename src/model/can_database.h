@@ -74,6 +74,7 @@ public:
         Messages messages;
         SignalNameIndex signalNames;
         size_t numIndexed = 0;
+        size_t place = 0;  // among the identifiers in file order
     };
     using IdentifierIndex = std::map<uint32_t, Namesakes, std::greater<>>;
 
@@ -87,11 +88,18 @@ public:
 
 private:
     Namesakes& FindNamesakes(uint32_t id);
-    IdentifierIndex::iterator FindNear(IdentifierIndex::iterator place, uint32_t id);
-    [[nodiscard]] bool IsAt(IdentifierIndex::iterator place, uint32_t id) const;
 
-    // Statements about one identifier come one after the other.
-    IdentifierIndex::iterator lastFound_ = identifierIndex.end();
+    // An identifier and its messages.
+    struct Place {
+        uint32_t id;
+        Namesakes* namesakes;
+    };
+
+    // The identifiers in file order. Statements about one identifier come one after the other, and those of a section usually take the
+    // messages in their order.
+    std::vector<Place> places_;
+    size_t lastPlace_ = 0;
+    IdentifierIndex::iterator lastAdded_ = identifierIndex.end();
 };
 
 }  // namespace tabrin

@@ -98,6 +98,9 @@ bool CANMessage::AddSignal(std::shared_ptr<CANSignal> signal) {
     if (signals.size() >= kMostSignals) {
         return false;
     }
+    if (signals.empty()) {
+        signals.reserve(kUsualSignals);
+    }
     signals.push_back(std::move(signal));
     return true;
 }

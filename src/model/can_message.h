@@ -19,6 +19,7 @@ namespace tabrin {
 class CANMessage {
 public:
     static constexpr size_t kMostSignals = 10000;
+    static constexpr size_t kUsualSignals = 4;  // at least
 
     explicit CANMessage(Arena& arena) : arena_(&arena) {}
     virtual ~CANMessage() = default;

@@ -11,6 +11,11 @@ namespace tabrin {
 
 template <size_t Size>
 bool FillField(char (&field)[Size], std::string_view text) {
+    // Nearly every text has room to spare.
+    if (text.size() < Size - 1) {
+        field[text.copy(field, Size)] = '\0';
+        return true;
+    }
     return CopyToBuffer(field, text, Size);
 }
 

@@ -1,39 +1,58 @@
 #include "model/signal_name_index.h"
 
 #include <algorithm>
-#include <iterator>
-#include <utility>
 
 namespace tabrin {
 
 void SignalNameIndex::Add(const CANMessage& message) {
-    const auto byHash = [](const Entry& a, const Entry& b) { return a.hash < b.hash; };
-    Run run;
-    run.reserve(message.signals.size());
+    const size_t begin = entries_.size();
+    if (begin == 0) {
+        entries_.reserve(message.signals.size());
+    }
     for (const auto& signal : message.signals) {
-        const std::string_view name = signal->nameAsRead;
-        if (name == signal->identifierName) {
-            run.push_back({HashOf(name), signal.get(), NameKind::Both});
-            continue;
+        AddSignal(*signal);
+    }
+    if (begin == entries_.size()) {
+        return;
+    }
+    std::sort(Place(begin), entries_.end(), IsLess);
+    if (begin != 0) {
+        innerEnds_.push_back(begin);
+        MergeLikeRuns();
+    }
+}
+
+void SignalNameIndex::AddSignal(CANSignal& signal) {
+    const std::string_view name = signal.nameAsRead;
+    if (name == signal.identifierName) {
+        entries_.push_back({HashOf(name), &signal, NameKind::Both});
+        return;
+    }
+    entries_.push_back({HashOf(name), &signal, NameKind::AsRead});
+    entries_.push_back({HashOf(signal.identifierName), &signal, NameKind::Identifier});
+    if (std::any_of(name.begin(), name.end(), IsBlank)) {
+        longestWithBlanks_ = std::max(longestWithBlanks_, name.size());
+    }
+}
+
+void SignalNameIndex::MergeLikeRuns() {
+    while (!innerEnds_.empty()) {
+        const size_t middle = innerEnds_.back();
+        const size_t begin = innerEnds_.size() > 1 ? innerEnds_[innerEnds_.size() - 2] : 0;
+        if (middle - begin > 2 * (entries_.size() - middle)) {
+            return;
         }
-        run.push_back({HashOf(name), signal.get(), NameKind::AsRead});
-        run.push_back({HashOf(signal->identifierName), signal.get(), NameKind::Identifier});
-        if (std::any_of(name.begin(), name.end(), IsBlank)) {
-            longestWithBlanks_ = std::max(longestWithBlanks_, name.size());
-        }
+        std::inplace_merge(Place(begin), Place(middle), entries_.end(), IsLess);
+        innerEnds_.pop_back();
     }
-    std::sort(run.begin(), run.end(), byHash);
-    while (!runs_.empty() && runs_.back().size() <= 2 * run.size()) {
-        Run merged;
-        merged.reserve(runs_.back().size() + run.size());
-        std::merge(runs_.back().begin(), runs_.back().end(), run.begin(), run.end(), std::back_inserter(merged),
-                   byHash);
-        runs_.pop_back();
-        run = std::move(merged);
-    }
-    if (!run.empty()) {
-        runs_.push_back(std::move(run));
-    }
+}
+
+bool SignalNameIndex::IsLess(const Entry& a, const Entry& b) {
+    return a.hash < b.hash;
+}
+
+std::vector<SignalNameIndex::Entry>::iterator SignalNameIndex::Place(size_t index) {
+    return entries_.begin() + static_cast<std::ptrdiff_t>(index);
 }
 
 uint64_t SignalNameIndex::HashOf(std::string_view name) {
@@ -44,10 +63,16 @@ uint64_t SignalNameIndex::HashOf(std::string_view name) {
     return hash;
 }
 
-size_t SignalNameIndex::FirstOf(const Run& run, uint64_t hash) {
-    const auto first =
-        std::partition_point(run.begin(), run.end(), [hash](const Entry& entry) { return entry.hash < hash; });
-    return static_cast<size_t>(first - run.begin());
+size_t SignalNameIndex::FirstOf(size_t begin, size_t end, uint64_t hash) const {
+    while (begin < end) {
+        const size_t middle = begin + (end - begin) / 2;
+        if (entries_[middle].hash < hash) {
+            begin = middle + 1;
+        } else {
+            end = middle;
+        }
+    }
+    return begin;
 }
 
 }  // namespace tabrin

@@ -57,10 +57,6 @@ private:
         CANSignal* signal;
         NameKind kind;
     };
-    // Ordered by the hash. The signals themselves are touched only where it fits. A signal is there by the name it was
-    // read with; where its identifier name is another, a second time by that.
-    using Run = std::vector<Entry>;
-
     static constexpr uint64_t kSeed = 0xCBF29CE484222325U;
 
     template <typename Use>
@@ -73,23 +69,35 @@ private:
 
     static uint64_t Extended(uint64_t hash, char c) { return (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U; }
     static uint64_t HashOf(std::string_view name);
-    static size_t FirstOf(const Run& run, uint64_t hash);
+
+    void AddSignal(CANSignal& signal);
+    void MergeLikeRuns();
+    static bool IsLess(const Entry& a, const Entry& b);
+    std::vector<Entry>::iterator Place(size_t index);
+    [[nodiscard]] size_t FirstOf(size_t begin, size_t end, uint64_t hash) const;
 
     template <typename Use>
     void Visit(uint64_t hash, std::string_view name, NameKind kind, Use use) const {
         const auto field = kind == NameKind::AsRead ? &CANSignal::nameAsRead : &CANSignal::identifierName;
-        for (const Run& run : runs_) {
-            for (size_t i = FirstOf(run, hash); i < run.size() && run[i].hash == hash; ++i) {
-                const bool isOfKind = run[i].kind == kind || run[i].kind == NameKind::Both;
-                if (isOfKind && (*run[i].signal).*field == name && !use(*run[i].signal)) {
+        size_t end = 0;
+        for (size_t run = 0; run <= innerEnds_.size(); ++run) {
+            const size_t begin = end;
+            end = run < innerEnds_.size() ? innerEnds_[run] : entries_.size();
+            for (size_t i = FirstOf(begin, end, hash); i < end && entries_[i].hash == hash; ++i) {
+                const Entry& entry = entries_[i];
+                const bool isOfKind = entry.kind == kind || entry.kind == NameKind::Both;
+                if (isOfKind && (*entry.signal).*field == name && !use(*entry.signal)) {
                     return;
                 }
             }
         }
     }
 
-    // One for each message; runs of like size are merged, so that there are never many.
-    std::vector<Run> runs_;
+    // Runs, each ordered by the hash. The signals themselves are touched only where it fits. A signal is there by the name
+    // it was read with; where its identifier name is another, a second time by that. Every message adds a run; runs of
+    // like size are merged, so that there are never many.
+    std::vector<Entry> entries_;
+    std::vector<size_t> innerEnds_;  // of all runs but the last
     size_t longestWithBlanks_ = 0;
 };
 
