@@ -45,6 +45,7 @@ char* Arena::AllocateInNewBlock(size_t size) {
     const bool isLarge = !kSharesBlocks || size > blockSize / 4;
     char* piece = AddBlock(isLarge ? size : blockSize);
     if (!isLarge) {
+        current_ = blocks_.size() - 1;
         free_ = piece + size;
         end_ = piece + blockSize;
         nextBlockSize_ = std::min(2 * blockSize, kUsualBlock);
@@ -72,10 +73,18 @@ void Arena::Rewind(const Mark& mark) {
         // A fresh one, not an emptied one, so that its memory goes back too.
         blocks_ = decltype(blocks_)();
         nextBlockSize_ = 0;
+        free_ = end_ = nullptr;
+    } else if (end_ == mark.end) {
+        blocks_.resize(mark.numBlocks);
+        free_ = mark.free;
+    } else {
+        // A block begun since then stays, empty: thousands of faulty statements at the end of a block would otherwise get
+        // one each and give it back.
+        std::swap(blocks_[mark.numBlocks], blocks_[current_]);
+        current_ = mark.numBlocks;
+        blocks_.resize(mark.numBlocks + 1);
+        free_ = blocks_.back().get();
     }
-    blocks_.resize(mark.numBlocks);
-    free_ = mark.free;
-    end_ = mark.end;
 }
 
 void GrowingText::Append(Arena& arena, std::string_view text) {

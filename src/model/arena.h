@@ -51,6 +51,7 @@ private:
     void Rewind(const Mark& mark);
 
     std::vector<std::unique_ptr<char[], BlockDeleter>> blocks_;
+    size_t current_ = 0;  // the block that small pieces come from, once there is one
     char* free_ = nullptr;
     char* end_ = nullptr;
     size_t nextBlockSize_ = 0;

@@ -66,7 +66,7 @@ public:
     // they are at any statement that is neither BO_ nor SG_.
     [[nodiscard]] const SignalNameIndex& FindSignalNames(uint32_t id);
 
-    // Drops what only reading needs: the index and the attributes.
+    // Drops what only reading needs: the indexes and the attributes.
     void EndReading();
 
     // The messages of one identifier. The names of their signals are indexed when they are first asked for.
@@ -95,8 +95,8 @@ private:
         Namesakes* namesakes;
     };
 
-    // The identifiers in file order. Statements about one identifier come one after the other, and those of a section usually take the
-    // messages in their order.
+    // The identifiers in file order. Statements about one identifier come one after the other, and those of a section
+    // usually take the messages in their order.
     std::vector<Place> places_;
     size_t lastPlace_ = 0;
     IdentifierIndex::iterator lastAdded_ = identifierIndex.end();

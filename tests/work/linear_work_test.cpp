@@ -10,6 +10,7 @@
 #include "bench/dbc_generator.h"
 #include "dbc/dbc_writer.h"
 #include "dbc/reading.h"
+#include "model/arena.h"
 #include "work/work_counter.h"
 
 namespace tabrin {
@@ -135,6 +136,24 @@ TEST(LinearWork, ByteOfAFileCostsLittle) {
     const std::string text = bench::UsualMix(800'000);
     const double perByte = static_cast<double>(ReadingEffort(text).work) / static_cast<double>(text.size());
     EXPECT_LT(perByte, 12.0);
+}
+
+// Wherever in a block it happens: to take one each time would cost more than all the rest.
+TEST(LinearWork, FaultyStatementTakesNoMemoryForGood) {
+    for (size_t filling = 0; filling < 300; ++filling) {
+        Arena arena;
+        for (size_t i = 0; i < filling; ++i) {
+            arena.Allocate(100, 1);
+        }
+        const Effort effort = EffortOf([&] {
+            for (int i = 0; i < 1000; ++i) {
+                const ArenaScope scope(arena);
+                arena.Allocate(300, 8);
+            }
+        });
+        // Of an arena that was empty, the first block goes each time.
+        EXPECT_LE(effort.bytes, filling == 0 ? 1000 * 5000U : 70'000U) << filling;
+    }
 }
 
 }  // namespace

@@ -30,6 +30,20 @@ extern "C" void __sanitizer_cov_trace_pc() {  // NOLINT(bugprone-reserved-identi
 }
 
 // The array and nothrow forms of the standard library come here too.
+void* operator new(size_t size, std::align_val_t alignment) {
+    bytesAllocated += size;
+    const auto multiple = static_cast<size_t>(alignment);
+    void* memory = std::aligned_alloc(multiple, (size + multiple - 1) / multiple * multiple);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void operator delete(void* memory, std::align_val_t) noexcept {
+    std::free(memory);
+}
+
 void* operator new(size_t size) {
     bytesAllocated += size;
     void* memory = std::malloc(size != 0 ? size : 1);
