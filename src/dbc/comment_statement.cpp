@@ -45,6 +45,13 @@ void AppendText(LineText& line, std::string_view comment) {
     line.Append(" \"").Append(comment).Append("\";");
 }
 
+// A name that is empty leaves its two blanks.
+void AppendSignalComment(LineText& line, const SignalOf& entry) {
+    AppendTarget(line, kSignalKeyword, entry.message->id);
+    line.Append(' ').Append(entry.signal->identifierName);
+    AppendText(line, entry.signal->comment.View());
+}
+
 }  // namespace
 
 bool ReadMessageComment(CANDatabase& database, std::string_view statement) {
@@ -90,22 +97,16 @@ std::string CANMessage::WriteCommentLine() const {
     return std::string(line.View());
 }
 
-void WriteCommentsSection(DbcFileStream& stream, const CANDatabase::Messages& messages) {
+void WriteCommentsSection(DbcFileStream& stream, const CANDatabase::Messages& messages, const SignalsOf& commented) {
+    auto next = commented.begin();
     for (const auto& message : messages) {
         // A message whose names differ but that has no comment leaves an empty line.
         if (!message->comment.IsEmpty() || message->name != message->identifierName) {
             message->AppendCommentLine(stream.StartLine());
             stream.WriteLine();
         }
-        for (const auto& signal : message->signals) {
-            if (signal->comment.IsEmpty()) {
-                continue;
-            }
-            LineText& line = stream.StartLine();
-            AppendTarget(line, kSignalKeyword, message->id);
-            // A name that is empty leaves its two blanks.
-            line.Append(' ').Append(signal->identifierName);
-            AppendText(line, signal->comment.View());
+        for (; next != commented.end() && next->message == message.get(); ++next) {
+            AppendSignalComment(stream.StartLine(), *next);
             stream.WriteLine();
         }
     }

@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "dbc/later_lines.h"
 #include "io/dbc_file_stream.h"
 #include "model/can_database.h"
 
@@ -13,6 +14,7 @@ namespace tabrin {
 bool ReadMessageComment(CANDatabase& database, std::string_view statement);
 bool ReadSignalComment(CANDatabase& database, std::string_view statement);
 
-void WriteCommentsSection(DbcFileStream& stream, const CANDatabase::Messages& messages);
+// `commented` are their signals that have a comment, in the same order.
+void WriteCommentsSection(DbcFileStream& stream, const CANDatabase::Messages& messages, const SignalsOf& commented);
 
 }  // namespace tabrin

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "dbc/comment_statement.h"
+#include "dbc/later_lines.h"
 #include "dbc/value_statements.h"
 #include "dbc/well_known_attributes.h"
 #include "io/dbc_keywords.h"
@@ -50,7 +51,8 @@ void WriteNodesSection(DbcFileStream& stream, const CANDatabase::Messages& messa
     stream.WriteLine("");
 }
 
-void WriteMessagesSection(DbcFileStream& stream, const CANDatabase::Messages& messages) {
+LaterLines WriteMessagesSection(DbcFileStream& stream, const CANDatabase::Messages& messages) {
+    LaterLines later;
     for (const auto& message : messages) {
         message->AppendDefinitionLine(stream.StartLine());
         stream.WriteLine();
@@ -59,18 +61,20 @@ void WriteMessagesSection(DbcFileStream& stream, const CANDatabase::Messages& me
             stream.WriteLine();
         }
         stream.WriteLine("");
+        later.NoteDown(*message);
     }
+    return later;
 }
 
 void WriteSections(DbcFileStream& stream, const CANDatabase& database, const CANDatabase::Messages& ordered) {
     WriteVersionSection(stream);
     WriteBitTimingSection(stream);
     WriteNodesSection(stream, database.messages);
-    WriteMessagesSection(stream, ordered);
-    WriteCommentsSection(stream, ordered);
-    WriteWellKnownAttributes(stream, database.info, ordered);
-    WriteValueDescriptionsSection(stream, ordered);
-    WriteValueTypesSection(stream, ordered);
+    const LaterLines later = WriteMessagesSection(stream, ordered);
+    WriteCommentsSection(stream, ordered, later.comments);
+    WriteWellKnownAttributes(stream, database.info, ordered, later.longNames);
+    WriteValueDescriptionsSection(stream, later.valueDescriptions);
+    WriteValueTypesSection(stream, later.valueTypes);
 }
 
 // Remembers some of the texts that it was asked about.

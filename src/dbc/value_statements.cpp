@@ -36,20 +36,11 @@ bool ParseTarget(std::string_view line, std::string_view keyword, uint32_t messa
     return position < line.size() && IsBlank(line[position]);
 }
 
+}  // namespace
+
 bool HasValueDescriptionLine(const CANSignal& signal) {
     return signal.valueDescriptions.Size() != 0 && !signal.IsFloat();
 }
-
-template <typename Use>
-void ForEachSignal(const CANDatabase::Messages& messages, Use use) {
-    for (const auto& message : messages) {
-        for (const auto& signal : message->signals) {
-            use(*signal, message->id);
-        }
-    }
-}
-
-}  // namespace
 
 bool ReadValueTypeStatement(CANDatabase& database, std::string_view statement) {
     return OfferToSignals(database, statement, kValueTypeKeyword, &CANSignal::ParseValueTypeLine);
@@ -117,7 +108,6 @@ std::string CANSignal::WriteValueTypeLine(uint32_t messageId) const {
     return std::string(line.View());
 }
 
-// The descriptions of floats and doubles are kept and reported, but not written.
 void CANSignal::AppendValueDescriptionLine(LineText& line, uint32_t messageId) const {
     if (!HasValueDescriptionLine(*this)) {
         return;
@@ -135,22 +125,18 @@ std::string CANSignal::WriteValueDescriptionLine(uint32_t messageId) const {
     return std::string(line.View());
 }
 
-void WriteValueDescriptionsSection(DbcFileStream& stream, const CANDatabase::Messages& messages) {
-    ForEachSignal(messages, [&](const CANSignal& signal, uint32_t id) {
-        if (HasValueDescriptionLine(signal)) {
-            signal.AppendValueDescriptionLine(stream.StartLine(), id);
-            stream.WriteLine();
-        }
-    });
+void WriteValueDescriptionsSection(DbcFileStream& stream, const SignalsOf& described) {
+    for (const SignalOf& entry : described) {
+        entry.signal->AppendValueDescriptionLine(stream.StartLine(), entry.message->id);
+        stream.WriteLine();
+    }
 }
 
-void WriteValueTypesSection(DbcFileStream& stream, const CANDatabase::Messages& messages) {
-    ForEachSignal(messages, [&](const CANSignal& signal, uint32_t id) {
-        if (signal.IsFloat()) {
-            signal.AppendValueTypeLine(stream.StartLine(), id);
-            stream.WriteLine();
-        }
-    });
+void WriteValueTypesSection(DbcFileStream& stream, const SignalsOf& floats) {
+    for (const SignalOf& entry : floats) {
+        entry.signal->AppendValueTypeLine(stream.StartLine(), entry.message->id);
+        stream.WriteLine();
+    }
 }
 
 }  // namespace tabrin

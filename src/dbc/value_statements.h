@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "dbc/later_lines.h"
 #include "io/dbc_file_stream.h"
 #include "model/can_database.h"
 
@@ -12,7 +13,10 @@ namespace tabrin {
 bool ReadValueTypeStatement(CANDatabase& database, std::string_view statement);
 bool ReadValueDescriptionStatement(CANDatabase& database, std::string_view statement);
 
-void WriteValueDescriptionsSection(DbcFileStream& stream, const CANDatabase::Messages& messages);
-void WriteValueTypesSection(DbcFileStream& stream, const CANDatabase::Messages& messages);
+// The descriptions of floats and doubles are kept and reported, but not written.
+bool HasValueDescriptionLine(const CANSignal& signal);
+
+void WriteValueDescriptionsSection(DbcFileStream& stream, const SignalsOf& described);
+void WriteValueTypesSection(DbcFileStream& stream, const SignalsOf& floats);
 
 }  // namespace tabrin

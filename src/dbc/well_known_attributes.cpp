@@ -215,16 +215,12 @@ void AddMessageLongNames(AttributeStore& store, const CANDatabase::Messages& mes
     }
 }
 
-void AddSignalLongNames(AttributeStore& store, const CANDatabase::Messages& messages) {
+void AddSignalLongNames(AttributeStore& store, const SignalsOf& renamed) {
     Attribute longName = MakeAttribute(kSignalLongName, ObjectType::Signal, ValueType::String);
-    for (const auto& message : messages) {
-        longName.objectId = message->id;
-        for (const auto& signal : message->signals) {
-            if (signal->name != signal->identifierName) {
-                longName.signalName = signal->identifierName;
-                AddLongName(store, longName, signal->name);
-            }
-        }
+    for (const SignalOf& entry : renamed) {
+        longName.objectId = entry.message->id;
+        longName.signalName = entry.signal->identifierName;
+        AddLongName(store, longName, entry.signal->name);
     }
 }
 
@@ -239,11 +235,12 @@ void ApplyWellKnownAttributes(CANDatabase& database) {
 }
 
 // All lines go out as one piece. Even an empty one notices that the stream has failed.
-void WriteWellKnownAttributes(DbcFileStream& stream, const DatabaseInfo& info, const CANDatabase::Messages& messages) {
+void WriteWellKnownAttributes(DbcFileStream& stream, const DatabaseInfo& info, const CANDatabase::Messages& messages,
+                              const SignalsOf& renamed) {
     AttributeStore store;
     AddDatabaseInfo(store, info);
     AddMessageLongNames(store, messages);
-    AddSignalLongNames(store, messages);
+    AddSignalLongNames(store, renamed);
     const std::string text = WriteAttributeSections(store);
     if (stream.ReadyToWrite() && !text.empty()) {
         stream.WriteLine(text);

@@ -1,6 +1,7 @@
 // The nine attributes that become fields of the database, its messages and its signals.
 #pragma once
 
+#include "dbc/later_lines.h"
 #include "io/dbc_file_stream.h"
 #include "model/can_database.h"
 
@@ -10,6 +11,8 @@ namespace tabrin {
 void ApplyWellKnownAttributes(CANDatabase& database);
 
 // Writes the fields that have an attribute form: bus type, protocol and long names.
-void WriteWellKnownAttributes(DbcFileStream& stream, const DatabaseInfo& info, const CANDatabase::Messages& messages);
+// `renamed` are the signals of the messages that have a long name, in the same order.
+void WriteWellKnownAttributes(DbcFileStream& stream, const DatabaseInfo& info, const CANDatabase::Messages& messages,
+                              const SignalsOf& renamed);
 
 }  // namespace tabrin

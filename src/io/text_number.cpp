@@ -115,22 +115,22 @@ char* FormatDecimal(char* buffer, bool negative, uint64_t digits, int decimals) 
 // decimal is what rounding to ten digits gives: a double is closer to it than any rounding boundary by orders of
 // magnitude. nullptr for other numbers.
 char* FormatShortDecimal(char* buffer, double value) {
-    constexpr uint64_t kTooLong = 10'000'000'000U;
+    constexpr double kTooLong = 1e10;
+    constexpr double kRounding = 1e-15;
     const double magnitude = std::fabs(value);
     if (!(magnitude >= 1e-4 && magnitude < 1e10)) {
         return nullptr;
     }
     for (int decimals = 0; decimals < kSignificantDigits; ++decimals) {
         const double scaled = magnitude * kPowersOfTen[decimals];
-        // The product may come out a little too small.
-        const auto below = static_cast<uint64_t>(scaled);
-        for (const uint64_t digits : {below, below + 1}) {
-            if (digits < kTooLong && static_cast<double>(digits) / kPowersOfTen[decimals] == magnitude) {
-                return FormatDecimal(buffer, value < 0, digits, decimals);
-            }
-        }
-        if (below >= kTooLong) {
+        if (scaled >= kTooLong) {
             break;
+        }
+        // The product of a short decimal is off its digits by rounding at most; to try one by division takes longer.
+        const auto digits = static_cast<uint64_t>(scaled + 0.5);
+        const auto nearest = static_cast<double>(digits);
+        if (std::fabs(scaled - nearest) <= kRounding * scaled && nearest / kPowersOfTen[decimals] == magnitude) {
+            return FormatDecimal(buffer, value < 0, digits, decimals);
         }
     }
     return nullptr;

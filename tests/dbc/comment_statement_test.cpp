@@ -327,7 +327,9 @@ TEST(CommentStatement, MessageWithoutCommentHasNoLine) {
 }
 
 std::string CommentsSection(const CANDatabase& database) {
-    return StreamBytes([&](DbcFileStream& stream) { WriteCommentsSection(stream, database.messages); });
+    return StreamBytes([&](DbcFileStream& stream) {
+        WriteCommentsSection(stream, database.messages, LinesBehind(database.messages).comments);
+    });
 }
 
 TEST(CommentStatement, SectionHasEachMessageFollowedByItsSignals) {
@@ -402,7 +404,7 @@ TEST(CommentStatement, NothingIsWrittenToAClosedStream) {
     CANDatabase database;
     AddMessage(database, {.comment = "text"});
     DbcFileStream stream;
-    WriteCommentsSection(stream, database.messages);
+    WriteCommentsSection(stream, database.messages, LinesBehind(database.messages).comments);
     EXPECT_EQ(stream.Status(), FileStatus::Closed);
 }
 

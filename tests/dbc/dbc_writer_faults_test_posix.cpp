@@ -105,37 +105,37 @@ TEST_F(UnnoticedFailure, IsNoticedInClosing) {
 
 TEST_F(UnnoticedFailure, IsNoticedByAComment) {
     AddMessage(database_, {.comment = "text"});
-    WriteCommentsSection(stream_, database_.messages);
+    WriteCommentsSection(stream_, database_.messages, LinesBehind(database_.messages).comments);
     EXPECT_EQ(stream_.Status(), FileStatus::Failed);
 }
 
 TEST_F(UnnoticedFailure, IsNoticedByTheEmptyLineOfAMessageWithoutComment) {
     AddMessage(database_, {.name = "Two words"});
-    WriteCommentsSection(stream_, database_.messages);
+    WriteCommentsSection(stream_, database_.messages, LinesBehind(database_.messages).comments);
     EXPECT_EQ(stream_.Status(), FileStatus::Failed);
 }
 
 TEST_F(UnnoticedFailure, IsNotNoticedByCommentsThatAreNotThere) {
     AddSignal(AddMessage(database_), {.name = "Two words"});
-    WriteCommentsSection(stream_, database_.messages);
+    WriteCommentsSection(stream_, database_.messages, LinesBehind(database_.messages).comments);
     EXPECT_EQ(stream_.Status(), FileStatus::Writing);
 }
 
 TEST_F(UnnoticedFailure, IsNoticedByAttributesEvenWhenThereAreNone) {
     AddMessage(database_);
-    WriteWellKnownAttributes(stream_, database_.info, database_.messages);
+    WriteWellKnownAttributes(stream_, database_.info, database_.messages, LinesBehind(database_.messages).longNames);
     EXPECT_EQ(stream_.Status(), FileStatus::Failed);
 }
 
 TEST_F(UnnoticedFailure, IsNoticedByAttributes) {
     AddMessage(database_, {.name = "Two words"});
-    WriteWellKnownAttributes(stream_, database_.info, database_.messages);
+    WriteWellKnownAttributes(stream_, database_.info, database_.messages, LinesBehind(database_.messages).longNames);
     EXPECT_EQ(stream_.Status(), FileStatus::Failed);
 }
 
 TEST_F(UnnoticedFailure, IsNoticedByAValueDescription) {
     AddSignal(AddMessage(database_)).valueDescriptions.Add(0, "Off");
-    WriteValueDescriptionsSection(stream_, database_.messages);
+    WriteValueDescriptionsSection(stream_, LinesBehind(database_.messages).valueDescriptions);
     EXPECT_EQ(stream_.Status(), FileStatus::Failed);
 }
 
@@ -143,19 +143,19 @@ TEST_F(UnnoticedFailure, IsNotNoticedByValueDescriptionsThatAreNotThere) {
     CANMessage& message = AddMessage(database_);
     AddNamedSignal(message, "Bare");
     AddSignal(message, {.length = 32, .valueType = TABRIN_VALUE_FLOAT}).valueDescriptions.Add(0, "Off");
-    WriteValueDescriptionsSection(stream_, database_.messages);
+    WriteValueDescriptionsSection(stream_, LinesBehind(database_.messages).valueDescriptions);
     EXPECT_EQ(stream_.Status(), FileStatus::Writing);
 }
 
 TEST_F(UnnoticedFailure, IsNoticedByAValueType) {
     AddSignal(AddMessage(database_), {.length = 32, .valueType = TABRIN_VALUE_FLOAT});
-    WriteValueTypesSection(stream_, database_.messages);
+    WriteValueTypesSection(stream_, LinesBehind(database_.messages).valueTypes);
     EXPECT_EQ(stream_.Status(), FileStatus::Failed);
 }
 
 TEST_F(UnnoticedFailure, IsNotNoticedByValueTypesThatAreNotThere) {
     AddSignal(AddMessage(database_), {.length = 32});
-    WriteValueTypesSection(stream_, database_.messages);
+    WriteValueTypesSection(stream_, LinesBehind(database_.messages).valueTypes);
     EXPECT_EQ(stream_.Status(), FileStatus::Writing);
 }
 

@@ -126,7 +126,9 @@ protected:
 };
 
 TEST_F(ValueSections, DescriptionsStandInTheOrderOfMessagesAndSignals) {
-    EXPECT_EQ(StreamBytes([&](DbcFileStream& stream) { WriteValueDescriptionsSection(stream, database_.messages); }),
+    EXPECT_EQ(StreamBytes([&](DbcFileStream& stream) {
+                  WriteValueDescriptionsSection(stream, LinesBehind(database_.messages).valueDescriptions);
+              }),
               "VAL_ 200 Bits 0 \"Off\";\r\n"
               "VAL_ 200 Acts -1 \"None\" 1 \"All\";\r\n"
               "VAL_ 100 Bits 0 \"Off\";\r\n"
@@ -134,7 +136,9 @@ TEST_F(ValueSections, DescriptionsStandInTheOrderOfMessagesAndSignals) {
 }
 
 TEST_F(ValueSections, TypesStandInTheOrderOfMessagesAndSignals) {
-    EXPECT_EQ(StreamBytes([&](DbcFileStream& stream) { WriteValueTypesSection(stream, database_.messages); }),
+    EXPECT_EQ(StreamBytes([&](DbcFileStream& stream) {
+                  WriteValueTypesSection(stream, LinesBehind(database_.messages).valueTypes);
+              }),
               "SIG_VALTYPE_ 200 Ratio : 1;\r\n"
               "SIG_VALTYPE_ 200 Angle : 2;\r\n"
               "SIG_VALTYPE_ 100 Ratio : 1;\r\n"
@@ -143,15 +147,17 @@ TEST_F(ValueSections, TypesStandInTheOrderOfMessagesAndSignals) {
 
 TEST_F(ValueSections, NothingIsWrittenToAClosedStream) {
     DbcFileStream stream;
-    WriteValueDescriptionsSection(stream, database_.messages);
-    WriteValueTypesSection(stream, database_.messages);
+    WriteValueDescriptionsSection(stream, LinesBehind(database_.messages).valueDescriptions);
+    WriteValueTypesSection(stream, LinesBehind(database_.messages).valueTypes);
     EXPECT_EQ(stream.Status(), FileStatus::Closed);
 }
 
 TEST(ValueDescriptionLine, LineBreakInATextIsALineEndOfTheFile) {
     CANDatabase database;
     Describe(AddSignal(AddMessage(database)), {{0, "a\nb"}});
-    EXPECT_EQ(StreamBytes([&](DbcFileStream& stream) { WriteValueDescriptionsSection(stream, database.messages); }),
+    EXPECT_EQ(StreamBytes([&](DbcFileStream& stream) {
+                  WriteValueDescriptionsSection(stream, LinesBehind(database.messages).valueDescriptions);
+              }),
               "VAL_ 1 S 0 \"a\r\nb\";\r\n");
 }
 

@@ -18,7 +18,7 @@ protected:
     }
 
     void WriteAttributes(uint32_t canFd) {
-        WriteWellKnownAttributes(stream_, DatabaseInfo{TABRIN_PROTOCOL_NONE, canFd}, {});
+        WriteWellKnownAttributes(stream_, DatabaseInfo{TABRIN_PROTOCOL_NONE, canFd}, {}, {});
     }
 
     DbcFileStream stream_;

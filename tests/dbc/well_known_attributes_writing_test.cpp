@@ -15,8 +15,9 @@ namespace {
 
 // What is written for the messages of the database in their own order.
 std::string AttributeText(const CANDatabase& database) {
-    return StreamBytes(
-        [&](DbcFileStream& stream) { WriteWellKnownAttributes(stream, database.info, database.messages); });
+    return StreamBytes([&](DbcFileStream& stream) {
+        WriteWellKnownAttributes(stream, database.info, database.messages, LinesBehind(database.messages).longNames);
+    });
 }
 
 TEST(WellKnownAttributesText, OfCanFdAndJ1939WithOneLongName) {
@@ -165,7 +166,7 @@ TEST(WellKnownAttributesText, FollowsTheOrderOfTheList) {
     AddSignal(AddMessage(database, {.id = 2, .name = "Two 2"}), {.name = "B b"});
     const CANDatabase::Messages reversed(database.messages.rbegin(), database.messages.rend());
     EXPECT_EQ(StreamBytes([&](DbcFileStream& stream) {
-                  WriteWellKnownAttributes(stream, DatabaseInfo{0, 0}, reversed);
+                  WriteWellKnownAttributes(stream, DatabaseInfo{0, 0}, reversed, LinesBehind(reversed).longNames);
               }),
               "BA_DEF_ BO_ \"Kestrune_Msg_Name\" STRING ;\r\n"
               "BA_DEF_ SG_ \"Kestrune_Sig_Name\" STRING ;\r\n"
@@ -216,7 +217,7 @@ TEST(WellKnownAttributesText, IsNotWrittenToAStreamThatIsNotOpen) {
     CANDatabase database;
     database.info.canFd = 1;
     DbcFileStream stream;
-    WriteWellKnownAttributes(stream, database.info, database.messages);
+    WriteWellKnownAttributes(stream, database.info, database.messages, LinesBehind(database.messages).longNames);
     EXPECT_EQ(stream.Status(), FileStatus::Closed);
 }
 
@@ -226,7 +227,7 @@ TEST(WellKnownAttributesText, IsNotWrittenToAStreamOpenForReading) {
     const TemporaryFile file("VERSION \"\"\n");
     DbcFileStream stream;
     stream.Open(file.Path().c_str(), kPathBufferSize, OpenMode::Read);
-    WriteWellKnownAttributes(stream, database.info, database.messages);
+    WriteWellKnownAttributes(stream, database.info, database.messages, LinesBehind(database.messages).longNames);
     EXPECT_EQ(stream.Status(), FileStatus::Reading);
     stream.Close();
     EXPECT_EQ(FileBytes(file.Path()), "VERSION \"\"\n");

@@ -1,0 +1,33 @@
+#include "dbc/later_lines.h"
+
+#include "dbc/value_statements.h"
+
+namespace tabrin {
+
+void LaterLines::NoteDown(const CANMessage& message) {
+    for (const auto& signal : message.signals) {
+        const SignalOf entry{&message, signal.get()};
+        if (!signal->comment.IsEmpty()) {
+            comments.push_back(entry);
+        }
+        if (signal->name != signal->identifierName) {
+            longNames.push_back(entry);
+        }
+        if (HasValueDescriptionLine(*signal)) {
+            valueDescriptions.push_back(entry);
+        }
+        if (signal->IsFloat()) {
+            valueTypes.push_back(entry);
+        }
+    }
+}
+
+LaterLines LinesBehind(const CANDatabase::Messages& messages) {
+    LaterLines lines;
+    for (const auto& message : messages) {
+        lines.NoteDown(*message);
+    }
+    return lines;
+}
+
+}  // namespace tabrin
