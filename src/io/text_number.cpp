@@ -127,7 +127,8 @@ char* FormatShortDecimal(char* buffer, double value) {
             break;
         }
         // The product of a short decimal is off its digits by rounding at most; to try one by division takes longer.
-        const auto digits = static_cast<uint64_t>(scaled + 0.5);
+        auto digits = static_cast<uint64_t>(scaled);
+        digits += scaled - static_cast<double>(digits) > 0.5 ? 1 : 0;
         const auto nearest = static_cast<double>(digits);
         if (std::fabs(scaled - nearest) <= kRounding * scaled && nearest / kPowersOfTen[decimals] == magnitude) {
             return FormatDecimal(buffer, value < 0, digits, decimals);
