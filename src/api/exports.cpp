@@ -136,7 +136,11 @@ bool TabrinAppendCanSignalToCanMessage(uint32_t message, const CanSignalData* da
 bool TabrinGetCanSignalData(uint32_t message, uint32_t signal, CanSignalData* data) {
     return Guarded([&] {
         const CANSignal* found = FindSignal(message, signal);
-        return found != nullptr && found->GetData(data);
+        if (found == nullptr) {
+            return false;
+        }
+        database.messages[message]->PrefetchSignal(signal + 2);
+        return found->GetData(data);
     });
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "io/line_text.h"
+#include "io/prefetch.h"
 #include "model/arena.h"
 #include "model/can_signal.h"
 #include "tabrin.h"
@@ -54,6 +55,13 @@ public:
     // follows their 27th character can be equal by then, and are numbered anew. A suffixed name is not compared with
     // the names of other signals as they stand: Speed, Speed_0001 and Speed give Speed_0001 twice.
     bool PrepareForWriting();
+
+    // For who goes through all signals.
+    void PrefetchSignal(size_t index) const {
+        if (index < signals.size()) {
+            Prefetch(signals[index].get(), sizeof(CANSignal) + 64);
+        }
+    }
 
     void SetSendType(std::string_view text);
     void AppendComment(std::string_view text);
