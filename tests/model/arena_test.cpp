@@ -287,6 +287,7 @@ TEST(ArenaObjects, AreMadeForTheirArenaAndDestroyedWithTheirLastOwner) {
 TEST(ArenaObjects, LieInTheArena) {
     TABRIN_SKIP_WITHOUT_LEVELS();
     Arena arena;
+    arena.Keep("a block that stays");
     const char* before = LevelOf(arena);
     const auto object = MakeInArena<Watched>(arena);
     const char* after = LevelOf(arena);
