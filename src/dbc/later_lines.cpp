@@ -1,8 +1,19 @@
 #include "dbc/later_lines.h"
 
+#include <string_view>
+
 #include "dbc/value_statements.h"
 
 namespace tabrin {
+
+namespace {
+
+// An identifier that is the name itself is mostly the same memory, which need not be looked at.
+bool IsSameText(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && (a.data() == b.data() || a == b);
+}
+
+}  // namespace
 
 void LaterLines::NoteDown(const CANMessage& message) {
     for (const auto& signal : message.signals) {
@@ -10,7 +21,7 @@ void LaterLines::NoteDown(const CANMessage& message) {
         if (!signal->comment.IsEmpty()) {
             comments.push_back(entry);
         }
-        if (signal->name != signal->identifierName) {
+        if (!IsSameText(signal->name, signal->identifierName)) {
             longNames.push_back(entry);
         }
         if (HasValueDescriptionLine(*signal)) {

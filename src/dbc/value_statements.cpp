@@ -39,7 +39,7 @@ bool ParseTarget(std::string_view line, std::string_view keyword, uint32_t messa
 }  // namespace
 
 bool HasValueDescriptionLine(const CANSignal& signal) {
-    return signal.valueDescriptions.Size() != 0 && !signal.IsFloat();
+    return !signal.valueDescriptions.IsEmpty() && !signal.IsFloat();
 }
 
 bool ReadValueTypeStatement(CANDatabase& database, std::string_view statement) {
@@ -81,6 +81,7 @@ bool CANSignal::ParseValueDescriptionLine(std::string_view line, uint32_t messag
     if (!ParseTarget(line, kValueDescriptionKeyword, messageId, nameAsRead, position)) {
         return false;
     }
+    ValueDescriptions::Adder adder(valueDescriptions);
     while (position < line.size()) {
         size_t quote = kNpos;
         int32_t value = 0;
@@ -88,10 +89,11 @@ bool CANSignal::ParseValueDescriptionLine(std::string_view line, uint32_t messag
         // the next value.
         if (I32UntilChar(line, position, '"', value, quote)) {
             const std::string_view description = TextUntilChar(line, quote + 1, '"', quote);
-            valueDescriptions.Add(value, description);
+            adder.Add(value, description);
         }
         position = quote == kNpos ? line.size() : quote + 1;
     }
+    adder.Finish();
     return true;
 }
 

@@ -1,7 +1,9 @@
 #include "model/value_descriptions.h"
 
+#include <array>
 #include <iterator>
 #include <new>
+#include <numeric>
 #include <string>
 
 namespace tabrin {
@@ -10,27 +12,75 @@ namespace {
 
 constexpr std::string_view kJoint = " - ";
 
+// Lists up to this size are in the processor's caches.
+constexpr size_t kShortList = 256;
+
+using Descriptions = std::vector<ValueDescriptions::Adder::Description>;
+
+// By counting the values of each of their bytes, from the last to the first. Those that are equal stay in their order.
+// Sorting by comparison takes twice as long and more, as no processor can guess how comparisons at random come out.
+void SortByValue(Descriptions& descriptions) {
+    constexpr uint32_t kSignBit = 0x8000'0000;
+    constexpr unsigned kBitsOfByte = 8;
+    Descriptions sorted(descriptions.size());
+    for (unsigned shift = 0; shift < 32; shift += kBitsOfByte) {
+        const auto byteOf = [shift](const auto& description) -> size_t {
+            return ((static_cast<uint32_t>(description.value) ^ kSignBit) >> shift) & 0xFFU;
+        };
+        std::array<size_t, 257> places{};
+        for (const auto& description : descriptions) {
+            ++places[byteOf(description) + 1];
+        }
+        std::partial_sum(places.begin(), places.end(), places.begin());
+        for (const auto& description : descriptions) {
+            sorted[places[byteOf(description)]++] = description;
+        }
+        descriptions.swap(sorted);
+    }
+}
+
 }  // namespace
 
 void ValueDescriptions::Add(int32_t value, std::string_view text) {
-    if (list_ == nullptr) {
-        list_ = new (arena_->Allocate(sizeof(List), alignof(List))) List(*arena_);
-    }
-    Map& entries = list_->entries;
-    // Most lists come in ascending order.
-    const bool isGreatest = entries.empty() || value > entries.rbegin()->first;
-    const auto place = isGreatest ? entries.end() : entries.lower_bound(value);
+    List* const list = list_ != nullptr ? list_ : new (arena_->Allocate(sizeof(List), alignof(List))) List(*arena_);
+    list->Add(*arena_, value, text);
+    // Not before, as memory may run out.
+    list_ = list;
+}
+
+void ValueDescriptions::List::Add(Arena& arena, int32_t value, std::string_view text) {
+    const auto place = FindPlace(value);
     if (place != entries.end() && place->first == value) {
         // In one step, so that running out of memory leaves the old text.
-        place->second.Append(*arena_, std::string(kJoint).append(text));
+        place->second.Append(arena, std::string(kJoint).append(text));
+        lastAdded = place;
         return;
     }
     GrowingText description;
-    description.Append(*arena_, text);
-    entries.emplace_hint(place, value, description);
-    if (list_->last != entries.end() && value < list_->last->first) {
-        ++list_->lastIndex;
+    description.Append(arena, text);
+    lastAdded = entries.emplace_hint(place, value, description);
+    if (last != entries.end() && value < last->first) {
+        ++lastIndex;
     }
+}
+
+bool ValueDescriptions::List::IsOutside(int32_t value) const {
+    return entries.empty() || value > entries.rbegin()->first || value < entries.begin()->first;
+}
+
+ValueDescriptions::Map::iterator ValueDescriptions::List::FindPlace(int32_t value) {
+    // Most lists come in ascending order, and most others in descending order.
+    if (IsOutside(value)) {
+        return entries.empty() || value > entries.begin()->first ? entries.end() : entries.begin();
+    }
+    // What comes in no order is put in order before, and stands between those that are there already.
+    if (lastAdded->first < value) {
+        const auto next = std::next(lastAdded);
+        if (value <= next->first) {
+            return next;
+        }
+    }
+    return entries.lower_bound(value);
 }
 
 const ValueDescriptions::Map& ValueDescriptions::Entries() const {
@@ -50,6 +100,23 @@ const ValueDescriptions::Map::value_type& ValueDescriptions::At(size_t index) co
                  static_cast<Map::difference_type>(index) - static_cast<Map::difference_type>(list.lastIndex));
     list.lastIndex = index;
     return *list.last;
+}
+
+void ValueDescriptions::Adder::Add(int32_t value, std::string_view text) {
+    if (unordered_.empty() && (target_.Size() < kShortList || target_.list_->IsOutside(value))) {
+        target_.Add(value, text);
+    } else {
+        unordered_.push_back({value, text});
+    }
+}
+
+void ValueDescriptions::Adder::Finish() {
+    if (!unordered_.empty()) {
+        SortByValue(unordered_);
+    }
+    for (const auto& [value, text] : unordered_) {
+        target_.Add(value, text);
+    }
 }
 
 }  // namespace tabrin

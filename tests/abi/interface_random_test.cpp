@@ -118,7 +118,7 @@ TEST_F(AnyBytes, InAValueDescriptionAreTakenOrRefused) {
     ASSERT_TRUE(AppendMessage(1, "M"));
     ASSERT_TRUE(AppendSignal(0, "S"));
     uint32_t taken = 0;
-    constexpr uint32_t kRecords = 3000;
+    constexpr uint32_t kRecords = 500;
     for (uint32_t i = 0; i < kRecords; ++i) {
         SCOPED_TRACE(i);
         auto record = AnyRecord<CanSignalEnumData>();

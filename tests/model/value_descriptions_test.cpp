@@ -132,5 +132,95 @@ TEST(ValueDescriptions, AgreesWithAPlainMap) {
     }
 }
 
+// --- Many at once
+
+std::map<int32_t, std::string> KeptTogether(ValueDescriptions& descriptions, const Pairs& added) {
+    ValueDescriptions::Adder adder(descriptions);
+    for (const auto& [value, text] : added) {
+        adder.Add(value, text);
+    }
+    adder.Finish();
+    return TextsOf(descriptions);
+}
+
+// The least and the greatest value, so that no other is beyond, and what makes the list a long one.
+Pairs LongList() {
+    Pairs list = {{kLeast, "least"}, {kMost, "most"}};
+    for (int32_t value = 1'000'000; value < 1'000'300; ++value) {
+        list.emplace_back(value, "usual");
+    }
+    return list;
+}
+
+TEST(ValueDescriptionsAdder, EveryByteOfAValueCounts) {
+    const int32_t kAscending[] = {-0x0200'0000,
+                                  -0x0100'0000,
+                                  -0x0002'0000,
+                                  -0x0001'0000,
+                                  -0x0201,
+                                  -0x0102,
+                                  -0x0101,
+                                  -2,
+                                  -1,
+                                  0,
+                                  1,
+                                  2,
+                                  0x0101,
+                                  0x0102,
+                                  0x0201,
+                                  0x0001'0000,
+                                  0x0002'0000,
+                                  0x0100'0000,
+                                  0x0200'0000,
+                                  0x7FFF'FFFE};
+    Pairs added = LongList();
+    for (auto value = std::rbegin(kAscending); value != std::rend(kAscending); ++value) {
+        added.emplace_back(*value, "added");
+    }
+    OwnValueDescriptions descriptions;
+    KeptTogether(descriptions, added);
+    std::vector<int32_t> kept;
+    for (const auto& [value, text] : descriptions.Entries()) {
+        if (text == "added") {
+            kept.push_back(value);
+        }
+    }
+    EXPECT_EQ(kept, std::vector<int32_t>(std::begin(kAscending), std::end(kAscending)));
+}
+
+TEST(ValueDescriptionsAdder, TextsOfOneValueAreJoinedInTheirOrder) {
+    Pairs added = LongList();
+    added.insert(added.end(), {{7, "a"}, {5, "b"}, {7, "c"}, {1'000'000, "d"}, {6, "e"}, {5, "f"}, {7, "g"}});
+    OwnValueDescriptions descriptions;
+    std::map<int32_t, std::string> kept = KeptTogether(descriptions, added);
+    EXPECT_EQ(kept[5], "b - f");
+    EXPECT_EQ(kept[6], "e");
+    EXPECT_EQ(kept[7], "a - c - g");
+    EXPECT_EQ(kept[1'000'000], "usual - d");
+    EXPECT_EQ(kept.size(), 305U);
+}
+
+TEST(ValueDescriptionsAdder, AgreesWithAPlainMap) {
+    for (uint32_t seed = 1; seed <= 30; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        // Few values that come often, or many that come once.
+        const uint32_t range = seed % 2 == 0 ? 400 : 0xFFFF'FFFF;
+        OwnValueDescriptions descriptions;
+        std::map<int32_t, std::string> expected;
+        for (const size_t count : {200U, 500U, 1U, 900U}) {
+            Pairs added;
+            for (size_t i = 0; i < count; ++i) {
+                added.emplace_back(static_cast<int32_t>(random() % range - range / 2), std::to_string(i));
+                const auto [place, isNew] = expected.emplace(added.back());
+                if (!isNew) {
+                    place->second += " - " + added.back().second;
+                }
+            }
+            ASSERT_EQ(KeptTogether(descriptions, added), expected);
+        }
+    }
+}
+
 }  // namespace
 }  // namespace tabrin
