@@ -43,7 +43,7 @@ WORK = ROOT / "build" / "mutation"
 LOG = WORK / "log.jsonl"
 EXCUSES = ROOT / "docs" / "mutation_survivors.md"
 SLOW_SECONDS = 0.1
-COPIED = ("CMakeLists.txt", "cmake", "include", "src", "tests", "fuzz")
+COPIED = ("CMakeLists.txt", "bindings", "cmake", "include", "src", "tests", "fuzz")
 
 # --- What is changed
 
@@ -69,7 +69,7 @@ DECIDED = re.compile(r" (?:[<>]=?|[!=]=|&&|\|\|) |^!|;")
 KEPT = re.compile(r"(?:using|template|namespace|enum|struct|class|friend|case|default|public|private|else"
                   r"|static|constexpr|const|auto|explicit|virtual|inline|if|for|while|switch|do|extern|throw|try)\b"
                   r"|return [^;]", re.S)
-DECLARATION = re.compile(r"(?:[\w:]+|<.*>)+[&*]*\s+[&*]*\w+\s*(?:[;={(\[:]|$)|.*\b(?:delete|default);|~", re.S)
+DECLARATION = re.compile(r"(?:[\w:]|<[^;(){}]*>)+[&*]*\s+[&*]*\w+\s*(?:[;={(\[:]|$)|[^;{}]*\b(?:delete|default);|~")
 
 
 def changed_number(text):
@@ -201,7 +201,7 @@ def excused_places():
 
 
 def all_mutants(patterns, windows=False):
-    for path in sorted((ROOT / "src").glob("*/*")):
+    for path in sorted((ROOT / "src").glob("*/*"), key=lambda path: (path.suffix, path)):
         file = path.relative_to(ROOT).as_posix()
         chosen = any(fnmatch.fnmatch(file, pattern) for pattern in patterns or ["*"])
         if chosen and path.suffix in (".cpp", ".h") and path.stem.endswith("_win32") == windows:
@@ -242,6 +242,8 @@ def run(command, folder, cpu_seconds=None, memory=None):
 class Tree:
     """A copy of the sources and its build folder."""
 
+    quick = False
+
     def __init__(self, number, launcher=(), suffix="", memory=1 << 32):
         self.folder = WORK / f"tree{number}"
         self.build = self.folder / "build"
@@ -281,7 +283,7 @@ class Tree:
                         + " ".join(headers) + ")\n", encoding="utf-8")
         run(["cmake", "-G", "Ninja", "-S", self.folder, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
              "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -w -D_GLIBCXX_ASSERTIONS", "-DCMAKE_SUPPRESS_REGENERATION=ON",
-             "-DTABRIN_BUILD_EXAMPLES=OFF", f"-DTABRIN_CORPUS_DIR={WORK / 'no-corpus'}",
+             "-DTABRIN_BUILD_EXAMPLES=OFF", "-DTABRIN_BUILD_TOOLS=OFF", f"-DTABRIN_CORPUS_DIR={WORK / 'no-corpus'}",
              f"-DCMAKE_PROJECT_TOP_LEVEL_INCLUDES={hook}", *self.toolchain()], WORK)
 
     def toolchain(self):
@@ -304,7 +306,7 @@ class Tree:
     def test_all(self, program):
         slow = ":".join(case for case, seconds in self.times[program].items() if seconds > SLOW_SECONDS)
         self.test(program, "*-" + slow)
-        if slow:
+        if slow and not self.quick:
             self.test(program, slow)
 
     def own_tests(self, file):
@@ -317,21 +319,28 @@ class Tree:
         return ":".join(f"{suite}.*:*/{suite}.*" for suite in sorted(suites & built))
 
     def verdict(self, mutant):
-        try:
-            self.compile("tabrin64" if mutant.file.startswith("src/api/") else "tabrin_unit_tests")
-        except Failed:
-            return "did not build"
-        try:
-            if not mutant.file.startswith("src/api/"):
-                own = self.own_tests(mutant.file)
-                if own:
-                    self.test("tabrin_unit_tests", own)
-                self.test_all("tabrin_unit_tests")
-            self.compile("tabrin_interface_tests")
-            self.test_all("tabrin_interface_tests")
-        except Failed:
-            return "killed"
+        programs = ["tabrin_unit_tests", "tabrin_interface_tests"]
+        if mutant.file.startswith("src/api/"):
+            programs.remove("tabrin_unit_tests")  # they do without that layer
+        elif mutant.file.endswith(".h"):
+            programs.reverse()  # most unit tests include a header, and would all have to be compiled first
+        for program in programs:
+            try:
+                self.compile("tabrin64" if program == "tabrin_interface_tests" else program)
+            except Failed:
+                return "did not build"
+            try:
+                self.compile(program)
+                self.run_tests(program, mutant.file)
+            except Failed:
+                return "killed"
         return "survived"
+
+    def run_tests(self, program, file):
+        own = self.own_tests(file) if program == "tabrin_unit_tests" else ""
+        if own:
+            self.test(program, own)
+        self.test_all(program)
 
     def attempt(self, mutant):
         path = self.folder / mutant.file
@@ -415,9 +424,11 @@ def main():
     parser.add_argument("--seed", type=int, default=1, help="what to draw them by (1)")
     parser.add_argument("--jobs", type=int, default=1, help="copies of the tree to work in side by side (1)")
     parser.add_argument("--windows", action="store_true", help="the sources for Windows, under Wine")
+    parser.add_argument("--quick", action="store_true", help="leave out slow tests, which --again catches up on")
     parser.add_argument("--again", action="store_true", help="try again what survived")
     parser.add_argument("--report", action="store_true", help="try nothing, print the table and the survivors")
     options = parser.parse_args()
+    Tree.quick = options.quick
 
     WORK.mkdir(parents=True, exist_ok=True)
     mutants = list(all_mutants(options.files, options.windows))
