@@ -14,9 +14,9 @@ struct SignalOf {
 };
 using SignalsOf = std::vector<SignalOf>;
 
-// The signals with a line of their own in each of these sections, in the order in which they are written. They are noted
-// down message by message while it is at hand: to walk through a large database once more for every section takes as long
-// as composing their lines.
+// The signals with a line of their own in each of these sections, in the order in which they are written. They are
+// noted down message by message while it is at hand: to walk through a large database once more for every section takes
+// as long as composing their lines.
 struct LaterLines {
     SignalsOf comments;
     SignalsOf longNames;

@@ -1,5 +1,7 @@
 #include "dbc/value_statements.h"
 
+#include <vector>
+
 #include "io/dbc_keywords.h"
 #include "io/text_number.h"
 #include "io/text_scan.h"
@@ -8,16 +10,27 @@ namespace tabrin {
 
 namespace {
 
-// Hands the statement to the signals of that name in every message of that identifier.
-bool OfferToSignals(CANDatabase& database, std::string_view statement, std::string_view keyword,
-                    bool (CANSignal::*parse)(std::string_view, uint32_t)) {
+using Descriptions = std::vector<ValueDescriptions::Described>;
+
+// So many descriptions are taken at a time: they need memory twice until they are kept.
+constexpr size_t kMostAtATime = 65536;
+constexpr size_t kUsualNumber = 16;  // at most
+
+constexpr uint32_t kFloatCode = 1;
+constexpr uint32_t kDoubleCode = 2;
+
+// Hands the signals of that name in every message of that identifier on, with the place behind the name. Where this is
+// the same place, the rest of the statement is; and when `use` answers false, it does nothing to others of the name.
+template <typename Use>
+bool ForEachTarget(CANDatabase& database, std::string_view statement, std::string_view keyword, Use use) {
     uint32_t id = 0;
     size_t position = 0;
     if (!KeywordAt(statement, keyword, 0, position) || !UnsignedToken(statement, position, id, position)) {
         return false;
     }
-    database.FindSignalNames(id).ForEachReadAt(statement, FindNonBlank(statement, position),
-                                               [&](CANSignal& signal) { (signal.*parse)(statement, id); });
+    const size_t name = FindNonBlank(statement, position);
+    database.FindSignalNames(id).ForEachReadAt(
+        statement, name, [&](CANSignal& signal) { return use(signal, name + signal.nameAsRead.size()); });
     return !database.FindMessages(id).empty();
 }
 
@@ -36,6 +49,61 @@ bool ParseTarget(std::string_view line, std::string_view keyword, uint32_t messa
     return position < line.size() && IsBlank(line[position]);
 }
 
+// The code behind ":", or 0 where there is none.
+uint32_t ParseValueTypeCode(std::string_view line, size_t position) {
+    const size_t colon = FindNonBlank(line, position);
+    if (colon == kNpos || line[colon] != ':') {
+        return 0;
+    }
+    uint32_t code = 0;
+    size_t semicolon = kNpos;
+    ToU32(TextUntilChar(line, colon + 1, ';', semicolon), code);
+    return code;
+}
+
+bool ApplyValueTypeCode(CANSignal& signal, uint32_t code) {
+    if (code == kFloatCode && signal.length == 32) {
+        signal.valueType = TABRIN_VALUE_FLOAT;
+        return true;
+    }
+    if (code == kDoubleCode && signal.length == 64) {
+        signal.valueType = TABRIN_VALUE_DOUBLE;
+        return true;
+    }
+    return false;
+}
+
+// Takes the next descriptions of a line. Nothing checks the closing semicolon: behind the last one there is simply no
+// further quote.
+void ParseDescriptions(std::string_view line, size_t& position, Descriptions& descriptions) {
+    descriptions.clear();
+    descriptions.reserve(kUsualNumber);
+    while (position < line.size() && descriptions.size() < kMostAtATime) {
+        size_t quote = kNpos;
+        int32_t value = 0;
+        // What stands in front of a quote and is no number is passed over; the text behind that quote is then tried as
+        // the next value.
+        if (I32UntilChar(line, position, '"', value, quote)) {
+            const std::string_view description = TextUntilChar(line, quote + 1, '"', quote);
+            descriptions.push_back({value, description});
+        }
+        position = quote == kNpos ? line.size() : quote + 1;
+    }
+}
+
+// Adds all descriptions from `position` on. Those taken last are left in the list; the result is whether they are all.
+bool AddDescriptions(CANSignal& signal, std::string_view line, size_t position, Descriptions& descriptions) {
+    bool all = true;
+    ParseDescriptions(line, position, descriptions);
+    signal.valueDescriptions.AddAll(descriptions);
+    while (position < line.size()) {
+        all = false;
+        ParseDescriptions(line, position, descriptions);
+        signal.valueDescriptions.AddAll(descriptions);
+    }
+    return all;
+}
+
 }  // namespace
 
 bool HasValueDescriptionLine(const CANSignal& signal) {
@@ -43,57 +111,39 @@ bool HasValueDescriptionLine(const CANSignal& signal) {
 }
 
 bool ReadValueTypeStatement(CANDatabase& database, std::string_view statement) {
-    return OfferToSignals(database, statement, kValueTypeKeyword, &CANSignal::ParseValueTypeLine);
+    return ForEachTarget(database, statement, kValueTypeKeyword, [&](CANSignal& signal, size_t behindName) {
+        const uint32_t code = ParseValueTypeCode(statement, behindName);
+        ApplyValueTypeCode(signal, code);
+        return code == kFloatCode || code == kDoubleCode;
+    });
 }
 
 bool ReadValueDescriptionStatement(CANDatabase& database, std::string_view statement) {
-    return OfferToSignals(database, statement, kValueDescriptionKeyword, &CANSignal::ParseValueDescriptionLine);
+    Descriptions descriptions;
+    size_t takenFrom = kNpos;  // where the descriptions stand, when they are all
+    return ForEachTarget(database, statement, kValueDescriptionKeyword, [&](CANSignal& signal, size_t behindName) {
+        if (behindName == takenFrom) {
+            signal.valueDescriptions.AddAll(descriptions);
+        } else {
+            takenFrom = AddDescriptions(signal, statement, behindName, descriptions) ? behindName : kNpos;
+        }
+        return takenFrom == kNpos || !descriptions.empty();
+    });
 }
 
 bool CANSignal::ParseValueTypeLine(std::string_view line, uint32_t messageId) {
     size_t position = 0;
-    if ((length != 32 && length != 64) || !ParseTarget(line, kValueTypeKeyword, messageId, nameAsRead, position)) {
-        return false;
-    }
-    const size_t colon = FindNonBlank(line, position);
-    if (colon == kNpos || line[colon] != ':') {
-        return false;
-    }
-    uint32_t code = 0;
-    size_t semicolon = kNpos;
-    if (!ToU32(TextUntilChar(line, colon + 1, ';', semicolon), code)) {
-        return false;
-    }
-    if (code == 1 && length == 32) {
-        valueType = TABRIN_VALUE_FLOAT;
-        return true;
-    }
-    if (code == 2 && length == 64) {
-        valueType = TABRIN_VALUE_DOUBLE;
-        return true;
-    }
-    return false;
+    return ParseTarget(line, kValueTypeKeyword, messageId, nameAsRead, position) &&
+           ApplyValueTypeCode(*this, ParseValueTypeCode(line, position));
 }
 
-// Nothing checks the closing semicolon: behind the last description there is simply no further quote.
 bool CANSignal::ParseValueDescriptionLine(std::string_view line, uint32_t messageId) {
     size_t position = 0;
     if (!ParseTarget(line, kValueDescriptionKeyword, messageId, nameAsRead, position)) {
         return false;
     }
-    ValueDescriptions::Adder adder(valueDescriptions);
-    while (position < line.size()) {
-        size_t quote = kNpos;
-        int32_t value = 0;
-        // What stands in front of a quote and is no number is passed over; the text behind that quote is then tried as
-        // the next value.
-        if (I32UntilChar(line, position, '"', value, quote)) {
-            const std::string_view description = TextUntilChar(line, quote + 1, '"', quote);
-            adder.Add(value, description);
-        }
-        position = quote == kNpos ? line.size() : quote + 1;
-    }
-    adder.Finish();
+    Descriptions descriptions;
+    AddDescriptions(*this, line, position, descriptions);
     return true;
 }
 

@@ -11,13 +11,12 @@ namespace tabrin {
 
 namespace {
 
-// Small databases take little; from here on the blocks are of one size, which the allocator hands out again after
-// Clear.
+// Small databases take little, others blocks of one size, which the allocator keeps after Clear and hands out again.
 constexpr size_t kFirstBlock = size_t{4} << 10;
 constexpr size_t kUsualBlock = size_t{64} << 10;
 
 // From here on a database is large. A block is then a large page: 10 MB are read in a twelfth less time, because the
-// processor has few pages to look up and the system few to hand out.
+// processor has few pages to look up and the system few to hand out. These go back to the system with Clear.
 constexpr size_t kLargeDatabase = size_t{8} << 20;
 
 // Under the address sanitizer each piece is a block of its own, so that it is seen when one is overrun.
@@ -78,8 +77,8 @@ void Arena::Rewind(const Mark& mark) {
         blocks_.resize(mark.numBlocks);
         free_ = mark.free;
     } else {
-        // A block begun since then stays, empty: thousands of faulty statements at the end of a block would otherwise get
-        // one each and give it back.
+        // A block begun since then stays, empty: thousands of faulty statements at the end of a block would otherwise
+        // get one each and give it back. The rest of the block before is lost.
         std::swap(blocks_[mark.numBlocks], blocks_[current_]);
         current_ = mark.numBlocks;
         blocks_.resize(mark.numBlocks + 1);

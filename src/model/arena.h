@@ -11,8 +11,8 @@
 namespace tabrin {
 
 // A database consists of many small pieces that live and die together. Each is taken off the front of a block, in a few
-// instructions and without gaps. (Not the monotonic resource of the standard library: its blocks grow with what it
-// holds, and large ones are fresh pages from the system each time.)
+// instructions and without gaps. (Not the monotonic resource of the standard library: it cannot take back what a faulty
+// statement used, and its blocks grow with what it holds.)
 class Arena {
 public:
     // Memory that stays until Clear. `alignment` is that of a fundamental type.

@@ -25,14 +25,18 @@ void SignalNameIndex::Add(const CANMessage& message) {
 void SignalNameIndex::AddSignal(CANSignal& signal) {
     const std::string_view name = signal.nameAsRead;
     if (name == signal.identifierName) {
-        entries_.push_back({HashOf(name), &signal, NameKind::Both});
+        AddEntry(name, NameKind::Both, signal);
         return;
     }
-    entries_.push_back({HashOf(name), &signal, NameKind::AsRead});
-    entries_.push_back({HashOf(signal.identifierName), &signal, NameKind::Identifier});
+    AddEntry(name, NameKind::AsRead, signal);
+    AddEntry(signal.identifierName, NameKind::Identifier, signal);
     if (std::any_of(name.begin(), name.end(), IsBlank)) {
         longestWithBlanks_ = std::max(longestWithBlanks_, name.size());
     }
+}
+
+void SignalNameIndex::AddEntry(std::string_view name, NameKind kind, CANSignal& signal) {
+    entries_.push_back({KeyOf(HashOf(name), kind), &signal});
 }
 
 void SignalNameIndex::MergeLikeRuns() {
@@ -48,7 +52,7 @@ void SignalNameIndex::MergeLikeRuns() {
 }
 
 bool SignalNameIndex::IsLess(const Entry& a, const Entry& b) {
-    return a.hash < b.hash;
+    return a.key < b.key;
 }
 
 std::vector<SignalNameIndex::Entry>::iterator SignalNameIndex::Place(size_t index) {
@@ -63,10 +67,10 @@ uint64_t SignalNameIndex::HashOf(std::string_view name) {
     return hash;
 }
 
-size_t SignalNameIndex::FirstOf(size_t begin, size_t end, uint64_t hash) const {
+size_t SignalNameIndex::FirstOf(size_t begin, size_t end, uint64_t key) const {
     while (begin < end) {
         const size_t middle = begin + (end - begin) / 2;
-        if (entries_[middle].hash < hash) {
+        if (entries_[middle].key < key) {
             begin = middle + 1;
         } else {
             end = middle;

@@ -15,7 +15,10 @@ constexpr std::string_view kJoint = " - ";
 // Lists up to this size are in the processor's caches.
 constexpr size_t kShortList = 256;
 
-using Descriptions = std::vector<ValueDescriptions::Adder::Description>;
+// So few are not worth putting in order.
+constexpr size_t kFew = 64;
+
+using Descriptions = std::vector<ValueDescriptions::Described>;
 
 // By counting the values of each of their bytes, from the last to the first. Those that are equal stay in their order.
 // Sorting by comparison takes twice as long and more, as no processor can guess how comparisons at random come out.
@@ -46,6 +49,21 @@ void ValueDescriptions::Add(int32_t value, std::string_view text) {
     list->Add(*arena_, value, text);
     // Not before, as memory may run out.
     list_ = list;
+}
+
+void ValueDescriptions::AddAll(const Descriptions& descriptions) {
+    auto next = descriptions.begin();
+    while (next != descriptions.end() && (Size() < kShortList || list_->IsOutside(next->value))) {
+        Add(next->value, next->text);
+        ++next;
+    }
+    Descriptions rest(next, descriptions.end());
+    if (rest.size() > kFew) {
+        SortByValue(rest);
+    }
+    for (const auto& [value, text] : rest) {
+        Add(value, text);
+    }
 }
 
 void ValueDescriptions::List::Add(Arena& arena, int32_t value, std::string_view text) {
@@ -100,23 +118,6 @@ const ValueDescriptions::Map::value_type& ValueDescriptions::At(size_t index) co
                  static_cast<Map::difference_type>(index) - static_cast<Map::difference_type>(list.lastIndex));
     list.lastIndex = index;
     return *list.last;
-}
-
-void ValueDescriptions::Adder::Add(int32_t value, std::string_view text) {
-    if (unordered_.empty() && (target_.Size() < kShortList || target_.list_->IsOutside(value))) {
-        target_.Add(value, text);
-    } else {
-        unordered_.push_back({value, text});
-    }
-}
-
-void ValueDescriptions::Adder::Finish() {
-    if (!unordered_.empty()) {
-        SortByValue(unordered_);
-    }
-    for (const auto& [value, text] : unordered_) {
-        target_.Add(value, text);
-    }
 }
 
 }  // namespace tabrin

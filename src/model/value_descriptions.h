@@ -18,9 +18,18 @@ class ValueDescriptions {
 public:
     using Map = std::map<int32_t, GrowingText, std::less<>, ArenaAllocator<std::pair<const int32_t, GrowingText>>>;
 
+    // What an entry is made of.
+    struct Described {
+        int32_t value;
+        std::string_view text;
+    };
+
     explicit ValueDescriptions(Arena& arena) : arena_(&arena) {}
 
     void Add(int32_t value, std::string_view text);
+    // As one after the other. But what comes in no order is put in order first: in a long list values at random would
+    // each wait for memory in the search for their place, and once more whenever the list is walked through.
+    void AddAll(const std::vector<Described>& descriptions);
     void Clear() { list_ = nullptr; }
 
     [[nodiscard]] const Map& Entries() const;
@@ -34,9 +43,6 @@ public:
     [[nodiscard]] const Map::value_type& At(size_t index) const;
 
     [[nodiscard]] Arena& GetArena() const { return *arena_; }
-
-    // For many at once.
-    class Adder;
 
 private:
     struct List {
@@ -57,26 +63,6 @@ private:
     Arena* arena_;
     // Most signals have none; one that is there is never empty. In the arena, where nothing needs to be destroyed.
     List* list_ = nullptr;
-};
-
-// Adds as Add does, but what comes in no order is put in order first: in a long list values at random would each wait
-// for memory in the search for their place, and once more whenever the list is walked through. Texts must stay until
-// Finish, which has to be called.
-class ValueDescriptions::Adder {
-public:
-    explicit Adder(ValueDescriptions& target) : target_(target) {}
-
-    void Add(int32_t value, std::string_view text);
-    void Finish();
-
-    struct Description {
-        int32_t value;
-        std::string_view text;
-    };
-
-private:
-    ValueDescriptions& target_;
-    std::vector<Description> unordered_;
 };
 
 }  // namespace tabrin

@@ -271,6 +271,66 @@ TEST(ValueDescriptionStatement, NameInFrontOfALongerOneIsMeantToo) {
     EXPECT_EQ(Listed(gearBox), "3=4|5=y");
 }
 
+// What one name means is not taken over for another one: three times Gear, with the longer one in between.
+TEST(ValueDescriptionStatement, EverySignalOfANameGetsWhatIsBehindThatName) {
+    CANDatabase database;
+    CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
+    const CANSignal& first = AddReadSignal(message, "Gear");
+    const CANSignal& longer = AddReadSignal(message, "Gear 1");
+    const CANSignal& second = AddReadSignal(message, "Gear");
+    const CANSignal& third = AddReadSignal(AddRead(database, "BO_ 100 Other: 8 X"), "Gear");
+    EXPECT_TRUE(ReadValueDescriptionStatement(database, R"(VAL_ 100 Gear 1 2 "x" 3 "y";)"));
+    EXPECT_EQ(Listed(first), "1=x|3=y");
+    EXPECT_EQ(Listed(second), "1=x|3=y");
+    EXPECT_EQ(Listed(third), "1=x|3=y");
+    EXPECT_EQ(Listed(longer), "2=x|3=y");
+}
+
+TEST(ValueDescriptionStatement, NameWithoutDescriptionsDoesNotHideALongerOne) {
+    CANDatabase database;
+    CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
+    const CANSignal& gear = AddReadSignal(message, "Gear");
+    const CANSignal& box = AddReadSignal(message, "Gear box");
+    EXPECT_TRUE(ReadValueDescriptionStatement(database, R"(VAL_ 100 Gear box 3 "x";)"));
+    EXPECT_EQ(Listed(gear), "");
+    EXPECT_EQ(Listed(box), "3=x");
+}
+
+// More descriptions than are taken at a time, and behind them nothing that is one.
+TEST(ValueDescriptionStatement, LongOneIsForEverySignalOfTheName) {
+    for (const int count : {65'535, 65'536, 65'537, 131'072}) {
+        SCOPED_TRACE(count);
+        CANDatabase database;
+        CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
+        const CANSignal& first = AddReadSignal(message, "S");
+        const CANSignal& second = AddReadSignal(message, "S");
+        std::string statement = "VAL_ 100 S";
+        for (int i = 0; i < count; ++i) {
+            statement += " " + std::to_string(i % 1000) + " \"\"";
+        }
+        EXPECT_TRUE(ReadValueDescriptionStatement(database, statement + " 7 \"end\" x \"\";"));
+        for (const CANSignal* signal : {&first, &second}) {
+            ASSERT_EQ(signal->valueDescriptions.Size(), 1000U);
+            const std::string_view joined = signal->valueDescriptions.At(7).second.View();
+            EXPECT_EQ(joined.size(), 3U * static_cast<size_t>((count + 992) / 1000) + 3U);
+            EXPECT_TRUE(joined.ends_with(" - end"));
+        }
+    }
+}
+
+TEST(ValueTypeStatement, SignalItDoesNotFitDoesNotHideOthersOfItsName) {
+    CANDatabase database;
+    CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
+    const CANSignal& shorter = AddReadSignal(message, "S", 32);
+    const CANSignal& other = AddReadSignal(message, "S", 16);
+    const CANSignal& longer = AddReadSignal(message, "S", 64);
+    EXPECT_TRUE(ReadValueTypeStatement(database, "SIG_VALTYPE_ 100 S : 2;"));
+    EXPECT_TRUE(ReadValueTypeStatement(database, "SIG_VALTYPE_ 100 S : 1;"));
+    EXPECT_EQ(shorter.valueType, static_cast<uint32_t>(TABRIN_VALUE_FLOAT));
+    EXPECT_EQ(other.valueType, static_cast<uint32_t>(TABRIN_VALUE_UNSIGNED));
+    EXPECT_EQ(longer.valueType, static_cast<uint32_t>(TABRIN_VALUE_DOUBLE));
+}
+
 TEST(ValueDescriptionStatement, LaterLongNameDoesNotMatter) {
     CANDatabase database;
     CANSignal& signal = AddReadSignal(AddRead(database, "BO_ 100 Msg: 8 X"), "Short");

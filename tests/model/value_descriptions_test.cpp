@@ -135,11 +135,11 @@ TEST(ValueDescriptions, AgreesWithAPlainMap) {
 // --- Many at once
 
 std::map<int32_t, std::string> KeptTogether(ValueDescriptions& descriptions, const Pairs& added) {
-    ValueDescriptions::Adder adder(descriptions);
+    std::vector<ValueDescriptions::Described> all;
     for (const auto& [value, text] : added) {
-        adder.Add(value, text);
+        all.push_back({value, text});
     }
-    adder.Finish();
+    descriptions.AddAll(all);
     return TextsOf(descriptions);
 }
 
@@ -152,7 +152,7 @@ Pairs LongList() {
     return list;
 }
 
-TEST(ValueDescriptionsAdder, EveryByteOfAValueCounts) {
+TEST(ManyValueDescriptions, EveryByteOfAValueCounts) {
     const int32_t kAscending[] = {-0x0200'0000,
                                   -0x0100'0000,
                                   -0x0002'0000,
@@ -188,7 +188,7 @@ TEST(ValueDescriptionsAdder, EveryByteOfAValueCounts) {
     EXPECT_EQ(kept, std::vector<int32_t>(std::begin(kAscending), std::end(kAscending)));
 }
 
-TEST(ValueDescriptionsAdder, TextsOfOneValueAreJoinedInTheirOrder) {
+TEST(ManyValueDescriptions, TextsOfOneValueAreJoinedInTheirOrder) {
     Pairs added = LongList();
     added.insert(added.end(), {{7, "a"}, {5, "b"}, {7, "c"}, {1'000'000, "d"}, {6, "e"}, {5, "f"}, {7, "g"}});
     OwnValueDescriptions descriptions;
@@ -200,7 +200,7 @@ TEST(ValueDescriptionsAdder, TextsOfOneValueAreJoinedInTheirOrder) {
     EXPECT_EQ(kept.size(), 305U);
 }
 
-TEST(ValueDescriptionsAdder, AgreesWithAPlainMap) {
+TEST(ManyValueDescriptions, AgreesWithAPlainMap) {
     for (uint32_t seed = 1; seed <= 30; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);

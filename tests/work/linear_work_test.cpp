@@ -93,6 +93,20 @@ auto Values(bench::ValueOrder order) {
     return Counted([order](uint32_t count) { return bench::ManyValueDescriptions(count, order); });
 }
 
+// Signals of one name and as many statements.
+auto Namesakes(const std::string& name, const std::string& statement) {
+    return [name, statement](size_t count) {
+        std::string text = "BA_DEF_ SG_ \"GenSigStartValue\" INT 0 100;\nBO_ 1 M: 8 X\n";
+        for (size_t i = 0; i < count; ++i) {
+            text += " SG_ " + name + " : 0|16@1+ (1,0) [0|0] \"\" X\n";
+        }
+        for (size_t i = 0; i < count; ++i) {
+            text += statement + "\n";
+        }
+        return text;
+    };
+}
+
 const Case kCases[] = {
     {"usual mix, reading", 800'000, bench::UsualMix, ReadingEffort},
     {"usual mix, walking", 800'000, bench::UsualMix, WalkingEffort},
@@ -111,6 +125,12 @@ const Case kCases[] = {
     {"no keyword, reading", 4'000'000, bench::NoKeyword, ReadingEffort},
     {"signals of one name, reading", 10'000, Counted(bench::EqualSignalNames), ReadingEffort},
     {"signals of one name, writing", 10'000, Counted(bench::EqualSignalNames), WritingEffort},
+    {"names that become others, reading", 10'000, Namesakes("A B", "VAL_ 1 A_B 1 \"x\" ;"), ReadingEffort},
+    {"comments on what names become, reading", 10'000, Namesakes("A B", "CM_ SG_ 1 A_B \"x\";"), ReadingEffort},
+    {"attributes of what names were, reading", 10'000, Namesakes("A-B", "BA_ \"GenSigStartValue\" SG_ 1 A-B 5;"),
+     ReadingEffort},
+    {"value descriptions that are none, reading", 10'000, Namesakes("S", "VAL_ 1 S x \"\" ;"), ReadingEffort},
+    {"value types that are none, reading", 10'000, Namesakes("S", "SIG_VALTYPE_ 1 S : 0;"), ReadingEffort},
     {"comment in pieces, reading", 100'000, Counted(bench::CommentInPieces), ReadingEffort},
     {"comment in pieces, writing", 100'000, Counted(bench::CommentInPieces), WritingEffort},
 };
