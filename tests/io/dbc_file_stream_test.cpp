@@ -1,13 +1,10 @@
 #include "io/dbc_file_stream.h"
 
 #include "io/io_test_support.h"
+#include "io/open_stream.h"
 
 namespace tabrin {
 namespace {
-
-void Open(DbcFileStream& stream, const std::string& path, OpenMode mode) {
-    stream.Open(path.c_str(), static_cast<uint32_t>(path.size() + 1), mode);
-}
 
 // A path for a file that is written, and removed at the end.
 class TempTarget {
@@ -30,8 +27,6 @@ private:
 
     std::string path_;
 };
-
-constexpr OpenMode kModes[] = {OpenMode::Read, OpenMode::Write};
 
 TEST(FileStatus, HasTheNumbersThatCallersKnow) {
     EXPECT_EQ(static_cast<uint32_t>(FileStatus::Reading), 0U);
@@ -67,8 +62,7 @@ struct PathRow {
 void CheckRefused(const std::vector<PathRow>& rows) {
     for (const PathRow& row : rows) {
         for (const OpenMode mode : kModes) {
-            SCOPED_TRACE(Shown(row.path) + ' ' + std::to_string(row.size) +
-                         (mode == OpenMode::Read ? " reading" : " writing"));
+            SCOPED_TRACE(Shown(row.path) + ' ' + std::to_string(row.size) + ' ' + NameOf(mode));
             std::string buffer(row.path);
             buffer.resize(300);
             DbcFileStream stream;
@@ -125,6 +119,7 @@ TEST(OpenPath, LargeBufferIsRefused) {
 
 TEST(OpenPath, NullPathIsAnEmptyOne) {
     for (const OpenMode mode : kModes) {
+        SCOPED_TRACE(NameOf(mode));
         DbcFileStream stream;
         for (const uint32_t size : {0U, 1U, 2U, 100U, 260U}) {
             stream.Open(nullptr, size, mode);
@@ -209,6 +204,7 @@ TEST(OpenFile, MissingFileCannotBeRead) {
 
 TEST(OpenFile, NothingOpensInAMissingFolder) {
     for (const OpenMode mode : kModes) {
+        SCOPED_TRACE(NameOf(mode));
         DbcFileStream stream;
         Open(stream, TempPath("missing") + "/a.dbc", mode);
         EXPECT_EQ(stream.Status(), FileStatus::NotOpened);
@@ -218,7 +214,7 @@ TEST(OpenFile, NothingOpensInAMissingFolder) {
 TEST(OpenFile, FolderOpensForNeither) {
     for (const OpenMode mode : kModes) {
         for (const std::string path : {TABRIN_TEMP_DIR, TABRIN_TEMP_DIR "/", "."}) {
-            SCOPED_TRACE(path);
+            SCOPED_TRACE(path + ' ' + NameOf(mode));
             DbcFileStream stream;
             Open(stream, path, mode);
             EXPECT_EQ(stream.Status(), FileStatus::NotOpened);
@@ -226,7 +222,7 @@ TEST(OpenFile, FolderOpensForNeither) {
     }
 }
 
-TEST(OpenFile, WritingMakesOrEmptiesTheFile) {
+TEST(OpenFile, WritingMakesAMissingFile) {
     const TempTarget target;
     DbcFileStream stream;
     Open(stream, target.Path(), OpenMode::Write);
@@ -236,7 +232,11 @@ TEST(OpenFile, WritingMakesOrEmptiesTheFile) {
     stream.Close();
     EXPECT_EQ(stream.Status(), FileStatus::Closed);
     EXPECT_EQ(ReadBytes(target.Path()), "");
-    WriteBytes(target.Path(), "something longer than before");
+}
+
+TEST(OpenFile, WritingEmptiesAnExistingFile) {
+    const TempFile target("something longer than what is written");
+    DbcFileStream stream;
     Open(stream, target.Path(), OpenMode::Write);
     EXPECT_EQ(stream.Status(), FileStatus::Writing);
     EXPECT_EQ(ReadBytes(target.Path()), "");
@@ -374,7 +374,7 @@ TEST(ReadStatements, RepairTheText) {
     EXPECT_EQ(stream.Statement(), "BO_ 1 _A: 8 \xC3\xA4__\n");
 }
 
-TEST(Close, InTheMiddleOfReadingIsFine) {
+TEST(Close, InTheMiddleOfReadingForgetsWhatWasRead) {
     const TempFile file("BO_ 1\nBO_ 2\nBO_ 3\n");
     DbcFileStream stream;
     for (int i = 0; i < 2; ++i) {

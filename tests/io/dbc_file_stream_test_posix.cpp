@@ -1,30 +1,29 @@
 // Failures of the operating system, which are easy to have here.
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
-
 #include "io/dbc_file_stream.h"
+#include "io/file_size_limit_posix.h"
 #include "io/io_test_support.h"
+#include "io/open_stream.h"
 
 namespace tabrin {
 namespace {
 
-void Open(DbcFileStream& stream, const std::string& path, OpenMode mode) {
-    stream.Open(path.c_str(), static_cast<uint32_t>(path.size() + 1), mode);
-}
-
-bool HasFullDevice() {
-    return access("/dev/full", W_OK) == 0;
-}
-
-TEST(WriteFailure, IsNoticedAtTheNextLine) {
-    if (!HasFullDevice()) {
-        GTEST_SKIP() << "there is no /dev/full";
+class WriteFailure : public testing::Test {
+protected:
+    void SetUp() override {
+        if (access(kFull, W_OK) != 0) {
+            GTEST_SKIP() << "there is no " << kFull;
+        }
     }
+
+    static constexpr char kFull[] = "/dev/full";
+};
+
+TEST_F(WriteFailure, IsNoticedAtTheNextLine) {
     DbcFileStream stream;
-    Open(stream, "/dev/full", OpenMode::Write);
+    Open(stream, kFull, OpenMode::Write);
     ASSERT_EQ(stream.Status(), FileStatus::Writing);
     stream.WriteLine("a");
     EXPECT_EQ(stream.Status(), FileStatus::Writing);
@@ -36,12 +35,9 @@ TEST(WriteFailure, IsNoticedAtTheNextLine) {
     EXPECT_EQ(stream.Status(), FileStatus::Failed);
 }
 
-TEST(WriteFailure, IsNoticedByTheCheckInFrontOfALine) {
-    if (!HasFullDevice()) {
-        GTEST_SKIP() << "there is no /dev/full";
-    }
+TEST_F(WriteFailure, IsNoticedByTheCheckInFrontOfALine) {
     DbcFileStream stream;
-    Open(stream, "/dev/full", OpenMode::Write);
+    Open(stream, kFull, OpenMode::Write);
     EXPECT_TRUE(stream.ReadyToWrite());
     stream.WriteLine("a");
     EXPECT_EQ(stream.Status(), FileStatus::Writing);
@@ -49,12 +45,9 @@ TEST(WriteFailure, IsNoticedByTheCheckInFrontOfALine) {
     EXPECT_EQ(stream.Status(), FileStatus::Failed);
 }
 
-TEST(WriteFailure, OfTheLastLineIsNoticedInClosing) {
-    if (!HasFullDevice()) {
-        GTEST_SKIP() << "there is no /dev/full";
-    }
+TEST_F(WriteFailure, OfTheLastLineIsNoticedInClosing) {
     DbcFileStream stream;
-    Open(stream, "/dev/full", OpenMode::Write);
+    Open(stream, kFull, OpenMode::Write);
     stream.WriteLine("a");
     EXPECT_EQ(stream.Status(), FileStatus::Writing);
     stream.Close();
@@ -64,13 +57,10 @@ TEST(WriteFailure, OfTheLastLineIsNoticedInClosing) {
     EXPECT_EQ(stream.Status(), FileStatus::Closed);
 }
 
-TEST(WriteFailure, IsForgottenWithTheNextFile) {
-    if (!HasFullDevice()) {
-        GTEST_SKIP() << "there is no /dev/full";
-    }
+TEST_F(WriteFailure, IsForgottenWithTheNextFile) {
     const TempFile file("");
     DbcFileStream stream;
-    Open(stream, "/dev/full", OpenMode::Write);
+    Open(stream, kFull, OpenMode::Write);
     stream.WriteLine("a");
     Open(stream, file.Path(), OpenMode::Write);
     EXPECT_EQ(stream.Status(), FileStatus::Writing);
@@ -82,34 +72,11 @@ TEST(WriteFailure, IsForgottenWithTheNextFile) {
     EXPECT_EQ(ReadBytes(file.Path()), "b\r\nc\r\n");
 }
 
-// Lets files grow no further than to that size, as long as the object lives.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t size) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        rlimit limit = before_;
-        limit.rlim_cur = size;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    FileSizeLimit(FileSizeLimit&&) = delete;
-    FileSizeLimit& operator=(FileSizeLimit&&) = delete;
-
-private:
-    void (*handler_)(int);
-    rlimit before_{};
-};
-
-TEST(WriteFailure, InTheMiddleOfALineEndsTheFileThere) {
+TEST(FullDisk, InTheMiddleOfALineEndsTheFileThere) {
     const TempFile file("");
     DbcFileStream stream;
     {
-        const FileSizeLimit limit(10);
+        const tabrin_test::FileSizeLimit limit(10);
         Open(stream, file.Path(), OpenMode::Write);
         stream.WriteLine("1234");
         EXPECT_TRUE(stream.ReadyToWrite());
@@ -126,12 +93,18 @@ TEST(WriteFailure, InTheMiddleOfALineEndsTheFileThere) {
 }
 
 // The memory of this process is a file that opens, and whose first bytes cannot be read.
-constexpr char kUnreadable[] = "/proc/self/mem";
-
-TEST(ReadFailure, StaysTheStatusAfterClosing) {
-    if (access(kUnreadable, R_OK) != 0) {
-        GTEST_SKIP() << "there is no " << kUnreadable;
+class ReadFailure : public testing::Test {
+protected:
+    void SetUp() override {
+        if (access(kUnreadable, R_OK) != 0) {
+            GTEST_SKIP() << "there is no " << kUnreadable;
+        }
     }
+
+    static constexpr char kUnreadable[] = "/proc/self/mem";
+};
+
+TEST_F(ReadFailure, StaysTheStatusAfterClosing) {
     DbcFileStream stream;
     Open(stream, kUnreadable, OpenMode::Read);
     ASSERT_EQ(stream.Status(), FileStatus::Reading);
@@ -145,10 +118,7 @@ TEST(ReadFailure, StaysTheStatusAfterClosing) {
     EXPECT_EQ(stream.Status(), FileStatus::Closed);
 }
 
-TEST(ReadFailure, IsForgottenWithTheNextFile) {
-    if (access(kUnreadable, R_OK) != 0) {
-        GTEST_SKIP() << "there is no " << kUnreadable;
-    }
+TEST_F(ReadFailure, IsForgottenWithTheNextFile) {
     const TempFile file("BO_ 1\n");
     DbcFileStream stream;
     Open(stream, kUnreadable, OpenMode::Read);
@@ -168,7 +138,8 @@ TEST(OpenFile, FileWithoutPermissionOpensForNeither) {
     }
     const TempFile file("BO_ 1\n");
     ASSERT_EQ(chmod(file.Path().c_str(), 0), 0);
-    for (const OpenMode mode : {OpenMode::Read, OpenMode::Write}) {
+    for (const OpenMode mode : kModes) {
+        SCOPED_TRACE(NameOf(mode));
         DbcFileStream stream;
         Open(stream, file.Path(), mode);
         EXPECT_EQ(stream.Status(), FileStatus::NotOpened);

@@ -7,13 +7,10 @@
 
 #include "io/dbc_file_stream.h"
 #include "io/io_test_support.h"
+#include "io/open_stream.h"
 
 namespace tabrin {
 namespace {
-
-void Open(DbcFileStream& stream, const std::string& path, OpenMode mode) {
-    stream.Open(path.c_str(), static_cast<uint32_t>(path.size() + 1), mode);
-}
 
 // The file, open for another program.
 class OtherHandle {
@@ -43,7 +40,8 @@ TEST(OpenFile, FileThatAnotherDoesNotShareOpensForNeither) {
     {
         const OtherHandle other(file.Path(), GENERIC_READ, 0);
         ASSERT_TRUE(other.IsOpen());
-        for (const OpenMode mode : {OpenMode::Read, OpenMode::Write}) {
+        for (const OpenMode mode : kModes) {
+            SCOPED_TRACE(NameOf(mode));
             DbcFileStream stream;
             Open(stream, file.Path(), mode);
             EXPECT_EQ(stream.Status(), FileStatus::NotOpened);
@@ -54,7 +52,8 @@ TEST(OpenFile, FileThatAnotherDoesNotShareOpensForNeither) {
 
 TEST(OpenFile, OthersMayReadAndWriteMeanwhile) {
     const TempFile file("BO_ 1\n");
-    for (const OpenMode mode : {OpenMode::Read, OpenMode::Write}) {
+    for (const OpenMode mode : kModes) {
+        SCOPED_TRACE(NameOf(mode));
         DbcFileStream stream;
         Open(stream, file.Path(), mode);
         const OtherHandle other(file.Path(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
@@ -105,7 +104,7 @@ private:
     OtherHandle other_;
 };
 
-TEST(WriteFailure, IsNoticedAtTheNextLineAndInClosing) {
+TEST(WriteFailure, IsNoticedAtTheNextLine) {
     const LockedFile locked;
     DbcFileStream stream;
     Open(stream, locked.Locks() ? locked.Path() : "Z:/dev/full", OpenMode::Write);

@@ -8,16 +8,13 @@
 
 #include "io/dbc_file_stream.h"
 #include "io/io_test_support.h"
+#include "io/open_stream.h"
 #include "io/system_faults_posix.h"
 
 namespace tabrin {
 namespace {
 
 constexpr size_t kBlockSize = 65536;
-
-void Open(DbcFileStream& stream, const std::string& path, OpenMode mode) {
-    stream.Open(path.c_str(), static_cast<uint32_t>(path.size() + 1), mode);
-}
 
 // Every descriptor that was opened has been closed, and by one call.
 void ExpectAllClosed(const SystemFaults& faults) {
@@ -250,8 +247,8 @@ TEST(ReadFault, IsForgottenWithTheNextFile) {
 // --- Opening
 
 TEST(OpenFault, InterruptionIsTriedAgain) {
-    for (const OpenMode mode : {OpenMode::Read, OpenMode::Write}) {
-        SCOPED_TRACE(mode == OpenMode::Read ? "read" : "write");
+    for (const OpenMode mode : kModes) {
+        SCOPED_TRACE(NameOf(mode));
         const TempFile file("BO_ 1 A\n");
         SystemFaults faults;
         faults.Script(SystemCall::Open, {Fails(EINTR), Fails(EINTR)});
@@ -267,9 +264,9 @@ TEST(OpenFault, InterruptionIsTriedAgain) {
 }
 
 TEST(OpenFault, OtherFailuresAreFinal) {
-    for (const OpenMode mode : {OpenMode::Read, OpenMode::Write}) {
+    for (const OpenMode mode : kModes) {
         for (const int error : {EACCES, EMFILE, ENFILE, ENOMEM, ENOSPC, EIO, ETXTBSY}) {
-            SCOPED_TRACE(std::strerror(error));
+            SCOPED_TRACE(std::string(NameOf(mode)) + ", " + std::strerror(error));
             const TempFile file("BO_ 1 A\n");
             SystemFaults faults;
             faults.Script(SystemCall::Open, {Fails(error)});
@@ -286,7 +283,8 @@ TEST(OpenFault, OtherFailuresAreFinal) {
 }
 
 TEST(OpenFault, ProgramsThatAreStartedMeanwhileDoNotInheritTheFile) {
-    for (const OpenMode mode : {OpenMode::Read, OpenMode::Write}) {
+    for (const OpenMode mode : kModes) {
+        SCOPED_TRACE(NameOf(mode));
         const TempFile file("");
         SystemFaults faults;
         DbcFileStream stream;
@@ -299,6 +297,7 @@ TEST(OpenFault, ProgramsThatAreStartedMeanwhileDoNotInheritTheFile) {
 
 TEST(OpenFault, RightsOfANewFileAreLeftToTheUmask) {
     for (const auto& [mask, rights] : {std::pair{0U, 0666U}, std::pair{027U, 0640U}}) {
+        SCOPED_TRACE(testing::Message() << "umask " << mask);
         const TempFile file("");
         ASSERT_EQ(unlink(file.Path().c_str()), 0);
         const mode_t before = umask(mask);
@@ -430,9 +429,9 @@ TEST(WriteFault, LineIsTakenAsLostOnlyWhenNotAllOfItIsWritten) {
 // --- Closing
 
 TEST(CloseFault, LossReportedInClosingIsAFailure) {
-    for (const OpenMode mode : {OpenMode::Read, OpenMode::Write}) {
+    for (const OpenMode mode : kModes) {
         for (const int error : {EIO, ENOSPC, EDQUOT}) {
-            SCOPED_TRACE(std::strerror(error));
+            SCOPED_TRACE(std::string(NameOf(mode)) + ", " + std::strerror(error));
             const TempFile file("");
             SystemFaults faults;
             faults.Script(SystemCall::Close, {Fails(error)});
@@ -450,7 +449,8 @@ TEST(CloseFault, LossReportedInClosingIsAFailure) {
 }
 
 TEST(CloseFault, InterruptionIsNoneAndNotTriedAgain) {
-    for (const OpenMode mode : {OpenMode::Read, OpenMode::Write}) {
+    for (const OpenMode mode : kModes) {
+        SCOPED_TRACE(NameOf(mode));
         const TempFile file("");
         SystemFaults faults;
         faults.Script(SystemCall::Close, {Fails(EINTR)});
@@ -482,7 +482,8 @@ TEST(CloseFault, DoesNotReachTheNextFile) {
 TEST(CloseFault, FileThatIsLeftOpenIsClosedWithItsObject) {
     const TempFile file(kThreeLines);
     for (const SystemFault closing : {kWorks, Fails(EIO), Fails(EINTR)}) {
-        for (const OpenMode mode : {OpenMode::Read, OpenMode::Write}) {
+        for (const OpenMode mode : kModes) {
+            SCOPED_TRACE(std::string(NameOf(mode)) + ", " + std::strerror(closing.error));
             SystemFaults faults;
             faults.Script(SystemCall::Close, {closing});
             {

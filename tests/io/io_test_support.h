@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "io/text_number.h"
+#include "shown.h"
 
 #ifndef TABRIN_TEMP_DIR
 #define TABRIN_TEMP_DIR "."
@@ -21,11 +22,6 @@
 namespace tabrin {
 
 using namespace std::string_view_literals;
-
-// The text with its unprintable bytes as escapes, for the messages of failing rows.
-inline std::string Shown(std::string_view text) {
-    return testing::PrintToString(std::string(text));
-}
 
 inline std::filesystem::path AsPath(std::string_view utf8) {
     return std::u8string(utf8.begin(), utf8.end());

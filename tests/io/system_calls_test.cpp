@@ -4,14 +4,11 @@
 
 #include "io/dbc_file_stream.h"
 #include "io/io_test_support.h"
+#include "io/open_stream.h"
 #include "io/system_call_count.h"
 
 namespace tabrin {
 namespace {
-
-void Open(DbcFileStream& stream, const std::string& path, OpenMode mode) {
-    stream.Open(path.c_str(), static_cast<uint32_t>(path.size() + 1), mode);
-}
 
 // --- Reading
 
