@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <ios>
 #include <string>
 
 #include "io/io_test_support.h"
@@ -42,7 +43,7 @@ TEST(NumberFormat, AgreesWithPrintfOnRandomNumbers) {
             for (const double either : {value, -value}) {
                 std::string text;
                 AppendNumber(text, either);
-                ASSERT_EQ(text, Printed(either));
+                ASSERT_EQ(text, Printed(either)) << std::hexfloat << either << ", round " << round;
             }
         }
     }

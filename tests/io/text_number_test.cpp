@@ -2,6 +2,7 @@
 
 #include <clocale>
 #include <cmath>
+#include <ios>
 #include <limits>
 #include <locale>
 
@@ -16,6 +17,24 @@ struct Row {
     Number value;
 };
 
+template <typename Number, size_t Count>
+void CheckTaken(bool (*convert)(std::string_view, Number&), const Row<Number> (&rows)[Count]) {
+    for (const auto& row : rows) {
+        Number value = 77;
+        EXPECT_TRUE(convert(row.text, value)) << Shown(row.text);
+        EXPECT_EQ(value, row.value) << Shown(row.text);
+    }
+}
+
+template <typename Number>
+void CheckRefused(bool (*convert)(std::string_view, Number&), const std::vector<std::string_view>& texts) {
+    for (const std::string_view text : texts) {
+        Number value = 77;
+        EXPECT_FALSE(convert(text, value)) << Shown(text);
+        EXPECT_EQ(value, Number{0}) << Shown(text);
+    }
+}
+
 TEST(ToU32, TakesWhatTheConversionTakes) {
     const Row<uint32_t> rows[] = {
         {"0", 0},
@@ -28,22 +47,14 @@ TEST(ToU32, TakesWhatTheConversionTakes) {
         {" \f\n\r\t\v7", 7},
         {" +7", 7},
     };
-    for (const auto& row : rows) {
-        uint32_t value = 77;
-        EXPECT_TRUE(ToU32(row.text, value)) << Shown(row.text);
-        EXPECT_EQ(value, row.value) << Shown(row.text);
-    }
+    CheckTaken(ToU32, rows);
 }
 
 TEST(ToU32, MinusSignWrapsAround) {
     const Row<uint32_t> rows[] = {
         {"-0", 0}, {"-1", 4294967295U}, {" -2", 4294967294U}, {"-2147483648", 2147483648U}, {"-4294967295", 1},
     };
-    for (const auto& row : rows) {
-        uint32_t value = 77;
-        EXPECT_TRUE(ToU32(row.text, value)) << Shown(row.text);
-        EXPECT_EQ(value, row.value) << Shown(row.text);
-    }
+    CheckTaken(ToU32, rows);
 }
 
 TEST(ToU32, TrailingCharactersAreIgnored) {
@@ -51,15 +62,11 @@ TEST(ToU32, TrailingCharactersAreIgnored) {
         {"12abc", 12}, {"12 34", 12}, {"12.9", 12},    {"1e3", 1},
         {"0x10", 0},   {"5-", 5},     {"5\0007"sv, 5}, {"4294967295x", 4294967295U},
     };
-    for (const auto& row : rows) {
-        uint32_t value = 77;
-        EXPECT_TRUE(ToU32(row.text, value)) << Shown(row.text);
-        EXPECT_EQ(value, row.value) << Shown(row.text);
-    }
+    CheckTaken(ToU32, rows);
 }
 
 // Of all integer conversions alike.
-constexpr std::string_view kNoInteger[] = {
+const std::vector<std::string_view> kNoInteger = {
     "",
     " ",
     " \f\n\r\t\v",
@@ -85,20 +92,12 @@ constexpr std::string_view kNoInteger[] = {
 };
 
 TEST(ToU32, NoNumberFails) {
-    for (const std::string_view text : kNoInteger) {
-        uint32_t value = 77;
-        EXPECT_FALSE(ToU32(text, value)) << Shown(text);
-        EXPECT_EQ(value, 0U) << Shown(text);
-    }
+    CheckRefused(ToU32, kNoInteger);
 }
 
 TEST(ToU32, OutOfRangeFails) {
-    for (const std::string_view text : {"4294967296", "4294967296x", "-4294967296", "-4294967297", "9999999999",
-                                        "18446744073709551615", "18446744073709551617", "99999999999999999999999"}) {
-        uint32_t value = 77;
-        EXPECT_FALSE(ToU32(text, value)) << Shown(text);
-        EXPECT_EQ(value, 0U) << Shown(text);
-    }
+    CheckRefused(ToU32, {"4294967296", "4294967296x", "-4294967296", "-4294967297", "9999999999",
+                         "18446744073709551615", "18446744073709551617", "99999999999999999999999"});
 }
 
 TEST(ToI32, TakesWhatTheConversionTakes) {
@@ -119,28 +118,16 @@ TEST(ToI32, TakesWhatTheConversionTakes) {
         {"-2147483648", std::numeric_limits<int32_t>::min()},
         {"2147483647;", 2147483647},
     };
-    for (const auto& row : rows) {
-        int32_t value = 77;
-        EXPECT_TRUE(ToI32(row.text, value)) << Shown(row.text);
-        EXPECT_EQ(value, row.value) << Shown(row.text);
-    }
+    CheckTaken(ToI32, rows);
 }
 
 TEST(ToI32, NoNumberFails) {
-    for (const std::string_view text : kNoInteger) {
-        int32_t value = 77;
-        EXPECT_FALSE(ToI32(text, value)) << Shown(text);
-        EXPECT_EQ(value, 0) << Shown(text);
-    }
+    CheckRefused(ToI32, kNoInteger);
 }
 
 TEST(ToI32, OutOfRangeFails) {
-    for (const std::string_view text : {"2147483648", "-2147483649", "4294967295", "-4294967295", "4294967296",
-                                        "-4294967296", "9223372036854775807", "2147483648x"}) {
-        int32_t value = 77;
-        EXPECT_FALSE(ToI32(text, value)) << Shown(text);
-        EXPECT_EQ(value, 0) << Shown(text);
-    }
+    CheckRefused(ToI32, {"2147483648", "-2147483649", "4294967295", "-4294967295", "4294967296", "-4294967296",
+                         "9223372036854775807", "2147483648x"});
 }
 
 TEST(ToI64, TakesWhatTheConversionTakes) {
@@ -156,28 +143,16 @@ TEST(ToI64, TakesWhatTheConversionTakes) {
         {"-9223372036854775807", -9223372036854775807},
         {"-9223372036854775808", std::numeric_limits<int64_t>::min()},
     };
-    for (const auto& row : rows) {
-        int64_t value = 77;
-        EXPECT_TRUE(ToI64(row.text, value)) << Shown(row.text);
-        EXPECT_EQ(value, row.value) << Shown(row.text);
-    }
+    CheckTaken(ToI64, rows);
 }
 
 TEST(ToI64, NoNumberFails) {
-    for (const std::string_view text : kNoInteger) {
-        int64_t value = 77;
-        EXPECT_FALSE(ToI64(text, value)) << Shown(text);
-        EXPECT_EQ(value, 0) << Shown(text);
-    }
+    CheckRefused(ToI64, kNoInteger);
 }
 
 TEST(ToI64, OutOfRangeFails) {
-    for (const std::string_view text : {"9223372036854775808", "-9223372036854775809", "18446744073709551615",
-                                        "-18446744073709551615", "18446744073709551616", "9223372036854775808x"}) {
-        int64_t value = 77;
-        EXPECT_FALSE(ToI64(text, value)) << Shown(text);
-        EXPECT_EQ(value, 0) << Shown(text);
-    }
+    CheckRefused(ToI64, {"9223372036854775808", "-9223372036854775809", "18446744073709551615", "-18446744073709551615",
+                         "18446744073709551616", "9223372036854775808x"});
 }
 
 void CheckDoubles(const std::vector<Row<double>>& rows) {
@@ -450,6 +425,19 @@ struct UntilRow {
     size_t found;
 };
 
+template <typename Number, size_t Count>
+void CheckUntilChar(bool (*convert)(std::string_view, size_t, char, Number&, size_t&),
+                    const UntilRow<Number> (&rows)[Count]) {
+    for (const auto& row : rows) {
+        SCOPED_TRACE(Shown(row.text) + " from " + std::to_string(row.pos) + " to " + row.delimiter);
+        Number value = 77;
+        size_t found = 77;
+        EXPECT_EQ(convert(row.text, row.pos, row.delimiter, value, found), row.taken);
+        EXPECT_EQ(value, row.value);
+        EXPECT_EQ(found, row.found);
+    }
+}
+
 TEST(U32UntilChar, IsTheNumberInFrontOfTheDelimiter) {
     const UntilRow<uint32_t> rows[] = {
         {"12|8@", 0, '|', true, 12, 2},
@@ -488,14 +476,7 @@ TEST(U32UntilChar, IsTheNumberInFrontOfTheDelimiter) {
         {"12|", 4, '|', false, 0, kNpos},
         {"12|", kNpos, '|', false, 0, kNpos},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Shown(row.text) + " from " + std::to_string(row.pos) + " to " + row.delimiter);
-        uint32_t value = 77;
-        size_t found = 77;
-        EXPECT_EQ(U32UntilChar(row.text, row.pos, row.delimiter, value, found), row.taken);
-        EXPECT_EQ(value, row.value);
-        EXPECT_EQ(found, row.found);
-    }
+    CheckUntilChar(U32UntilChar, rows);
 }
 
 TEST(DoubleUntilChar, IsTheNumberInFrontOfTheDelimiter) {
@@ -540,14 +521,7 @@ TEST(DoubleUntilChar, IsTheNumberInFrontOfTheDelimiter) {
         {"0.5,", 5, ',', false, 0.0, kNpos},
         {"0.5,", kNpos, ',', false, 0.0, kNpos},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Shown(row.text) + " from " + std::to_string(row.pos) + " to " + row.delimiter);
-        double value = 77.0;
-        size_t found = 77;
-        EXPECT_EQ(DoubleUntilChar(row.text, row.pos, row.delimiter, value, found), row.taken);
-        EXPECT_EQ(value, row.value);
-        EXPECT_EQ(found, row.found);
-    }
+    CheckUntilChar(DoubleUntilChar, rows);
 }
 
 TEST(DoubleUntilChar, KeepsTheSignOfZero) {
@@ -694,7 +668,7 @@ TEST(AppendNumber, DoublesHaveTenSignificantDigits) {
     for (const auto& row : rows) {
         std::string text;
         AppendNumber(text, row.value);
-        EXPECT_EQ(text, row.text);
+        EXPECT_EQ(text, row.text) << std::hexfloat << row.value;
     }
 }
 
@@ -717,7 +691,7 @@ TEST(AppendNumber, LargeAndSmallDoublesHaveAnExponent) {
     for (const auto& row : rows) {
         std::string text = "f=";
         AppendNumber(text, row.value);
-        EXPECT_EQ(text, "f=" + std::string(row.text));
+        EXPECT_EQ(text, "f=" + std::string(row.text)) << std::hexfloat << row.value;
     }
 }
 

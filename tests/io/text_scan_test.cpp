@@ -137,8 +137,19 @@ struct NumberRow {
     size_t end;
 };
 
+void CheckNumbers(const std::vector<NumberRow>& rows) {
+    for (const NumberRow& row : rows) {
+        SCOPED_TRACE(Shown(row.text) + " at " + std::to_string(row.pos));
+        uint32_t value = 77;
+        size_t end = 77;
+        EXPECT_TRUE(UnsignedToken(row.text, row.pos, value, end));
+        EXPECT_EQ(value, row.value);
+        EXPECT_EQ(end, row.end);
+    }
+}
+
 TEST(UnsignedToken, IsANumberFollowedByABlank) {
-    const NumberRow rows[] = {
+    CheckNumbers({
         {"BO_ 2147483648 Msg", 3, 2147483648U, 14},
         {"0 ", 0, 0, 1},
         {"1 ", 0, 1, 1},
@@ -157,49 +168,31 @@ TEST(UnsignedToken, IsANumberFollowedByABlank) {
         {"5\r", 0, 5, 1},
         {"5\t", 0, 5, 1},
         {"5\v", 0, 5, 1},
-    };
-    for (const NumberRow& row : rows) {
-        SCOPED_TRACE(Shown(row.text));
-        uint32_t value = 77;
-        size_t end = 77;
-        EXPECT_TRUE(UnsignedToken(row.text, row.pos, value, end));
-        EXPECT_EQ(value, row.value);
-        EXPECT_EQ(end, row.end);
-    }
+    });
 }
 
 TEST(UnsignedToken, LeadingZerosAreSkipped) {
-    const NumberRow rows[] = {
-        {"00 ", 0, 0, 2},  {"000 ", 0, 0, 3},   {"0000000000000 ", 0, 0, 13}, {"05 ", 0, 5, 2},
-        {"007 ", 0, 7, 3}, {"0070 ", 0, 70, 4}, {"0010 ", 0, 10, 4},          {"00004294967295 ", 0, 4294967295U, 14},
-    };
-    for (const NumberRow& row : rows) {
-        SCOPED_TRACE(Shown(row.text));
-        uint32_t value = 77;
-        size_t end = 77;
-        EXPECT_TRUE(UnsignedToken(row.text, row.pos, value, end));
-        EXPECT_EQ(value, row.value);
-        EXPECT_EQ(end, row.end);
-    }
+    CheckNumbers({
+        {"00 ", 0, 0, 2},
+        {"000 ", 0, 0, 3},
+        {"0000000000000 ", 0, 0, 13},
+        {"05 ", 0, 5, 2},
+        {"007 ", 0, 7, 3},
+        {"0070 ", 0, 70, 4},
+        {"0010 ", 0, 10, 4},
+        {"00004294967295 ", 0, 4294967295U, 14},
+    });
 }
 
 // A negative number wraps around to 4294967296 less its magnitude. What is then compared is only the number of
 // characters with the number of digits, and both are ten here.
 TEST(UnsignedToken, NegativeNumberOfTenCharactersPassesWrappedAround) {
-    const NumberRow rows[] = {
+    CheckNumbers({
         {"-429496729 ", 0, 3865470567U, 10},
         {"-294967296 ", 0, 4000000000U, 10},
         {"-999999999 ", 0, 3294967297U, 10},
         {"-000000001 ", 0, 4294967295U, 10},
-    };
-    for (const NumberRow& row : rows) {
-        SCOPED_TRACE(Shown(row.text));
-        uint32_t value = 77;
-        size_t end = 77;
-        EXPECT_TRUE(UnsignedToken(row.text, row.pos, value, end));
-        EXPECT_EQ(value, row.value);
-        EXPECT_EQ(end, row.end);
-    }
+    });
 }
 
 struct RejectedRow {
@@ -209,7 +202,7 @@ struct RejectedRow {
 
 void CheckRejected(const std::vector<RejectedRow>& rows) {
     for (const RejectedRow& row : rows) {
-        SCOPED_TRACE(Shown(row.text));
+        SCOPED_TRACE(Shown(row.text) + " at " + std::to_string(row.pos));
         uint32_t value = 77;
         size_t end = 77;
         EXPECT_FALSE(UnsignedToken(row.text, row.pos, value, end));
@@ -261,33 +254,39 @@ struct UntilRow {
     size_t found;
 };
 
-TEST(TextUntilChar, StopsInFrontOfTheFirstDelimiter) {
-    const UntilRow rows[] = {
-        {"abc:def", 0, ':', "abc", 3}, {"abc:def", 2, ':', "c", 3},
-        {"abc:def", 3, ':', "", 3},    {"a:b:c", 0, ':', "a", 1},
-        {"a:b:c", 2, ':', "b", 3},     {":", 0, ':', "", 0},
-        {"abc:", 0, ':', "abc", 3},    {"  a : b", 0, ':', "  a ", 4},
-        {"x \n\"y", 1, '"', " \n", 3}, {"a\xC3\xA4;", 0, ';', "a\xC3\xA4", 3},
-    };
+void CheckUntilChar(const std::vector<UntilRow>& rows) {
     for (const UntilRow& row : rows) {
-        SCOPED_TRACE(Shown(row.text));
+        SCOPED_TRACE(Shown(row.text) + " from " + std::to_string(row.pos) + " to " + row.delimiter);
         size_t found = 77;
         EXPECT_EQ(TextUntilChar(row.text, row.pos, row.delimiter, found), row.result);
         EXPECT_EQ(found, row.found);
     }
 }
 
+TEST(TextUntilChar, StopsInFrontOfTheFirstDelimiter) {
+    CheckUntilChar({
+        {"abc:def", 0, ':', "abc", 3},
+        {"abc:def", 2, ':', "c", 3},
+        {"abc:def", 3, ':', "", 3},
+        {"a:b:c", 0, ':', "a", 1},
+        {"a:b:c", 2, ':', "b", 3},
+        {":", 0, ':', "", 0},
+        {"abc:", 0, ':', "abc", 3},
+        {"  a : b", 0, ':', "  a ", 4},
+        {"x \n\"y", 1, '"', " \n", 3},
+        {"a\xC3\xA4;", 0, ';', "a\xC3\xA4", 3},
+    });
+}
+
 TEST(TextUntilChar, MissingDelimiterYieldsNothing) {
-    const UntilRow rows[] = {
-        {"abc", 0, ':', "", kNpos},     {"", 0, ':', "", kNpos},          {"abc:def", 4, ':', "", kNpos},
-        {"abc:def", 7, ':', "", kNpos}, {"abc:def", 100, ':', "", kNpos}, {"abc:def", kNpos, ':', "", kNpos},
-    };
-    for (const UntilRow& row : rows) {
-        SCOPED_TRACE(Shown(row.text));
-        size_t found = 77;
-        EXPECT_EQ(TextUntilChar(row.text, row.pos, row.delimiter, found), row.result);
-        EXPECT_EQ(found, row.found);
-    }
+    CheckUntilChar({
+        {"abc", 0, ':', "", kNpos},
+        {"", 0, ':', "", kNpos},
+        {"abc:def", 4, ':', "", kNpos},
+        {"abc:def", 7, ':', "", kNpos},
+        {"abc:def", 100, ':', "", kNpos},
+        {"abc:def", kNpos, ':', "", kNpos},
+    });
 }
 
 struct BetweenRow {
