@@ -118,6 +118,7 @@ TEST(ByteBlock, BothKindsAgreeOnRandomBytes) {
 
 TEST(ByteBlock, FirstMarkIsTheLowest) {
     for (size_t place = 0; place < kSize; ++place) {
+        SCOPED_TRACE(place);
         EXPECT_EQ(FirstMarked(1U << place), place);
         EXPECT_EQ(FirstMarked((kEveryByte << place) & kEveryByte), place);
         EXPECT_EQ(FirstMarked((1U << place) | 0x8000U), place);

@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <map>
 
 #include "io/dbc_file_stream.h"
 #include "io/io_test_support.h"
@@ -57,6 +58,20 @@ std::string RandomText(Random& random, size_t pieces, size_t longFiller) {
     return text;
 }
 
+// Looks for the first keyword from `pos` on both ways; `end` is where it ends, if there is one.
+void CompareFirstKeyword(const std::string& text, size_t pos, bool& found, size_t& end) {
+    size_t index = 0;
+    size_t start = 0;
+    found = NaiveFindKeyword(text, pos, index, start, end);
+    KeywordHit hit;
+    ASSERT_EQ(FindKeyword(text, pos, hit), found) << Shown(text) << " at " << pos;
+    if (found) {
+        ASSERT_EQ(hit.keyword->text, NaiveKeywords()[index].text) << Shown(text) << " at " << pos;
+        ASSERT_EQ(hit.start, start) << Shown(text) << " at " << pos;
+        ASSERT_EQ(hit.end, end) << Shown(text) << " at " << pos;
+    }
+}
+
 TEST(FindKeyword, AgreesWithComparingEachTokenWithEachKeyword) {
     Random random(1);
     size_t hits = 0;
@@ -67,18 +82,10 @@ TEST(FindKeyword, AgreesWithComparingEachTokenWithEachKeyword) {
         while (pos != 0 && pos < text.size() && std::string_view(" \f\n\r\t\v").find(text[pos]) == std::string::npos) {
             ++pos;
         }
-        size_t index = 0;
-        size_t start = 0;
+        bool found = false;
         size_t end = 0;
-        const bool expected = NaiveFindKeyword(text, pos, index, start, end);
-        KeywordHit hit;
-        ASSERT_EQ(FindKeyword(text, pos, hit), expected) << Shown(text) << " at " << pos;
-        if (expected) {
-            ASSERT_EQ(hit.keyword->text, NaiveKeywords()[index].text) << Shown(text) << " at " << pos;
-            ASSERT_EQ(hit.start, start) << Shown(text) << " at " << pos;
-            ASSERT_EQ(hit.end, end) << Shown(text) << " at " << pos;
-            ++hits;
-        }
+        ASSERT_NO_FATAL_FAILURE(CompareFirstKeyword(text, pos, found, end));
+        hits += found ? 1 : 0;
     }
     EXPECT_GT(hits, 5000U);
     EXPECT_LT(hits, 19000U);
@@ -132,26 +139,31 @@ TEST(FindKeyword, AgreesInTextsOfEveryLength) {
                 text += " \n\x1F:"[random.Below(4)];
             }
             text.resize(size);
-            size_t from = 0;
-            for (;;) {
-                size_t index = 0;
-                size_t start = 0;
+            bool found = true;
+            for (size_t from = 0; found;) {
                 size_t end = 0;
-                const bool expected = NaiveFindKeyword(text, from, index, start, end);
-                KeywordHit hit;
-                ASSERT_EQ(FindKeyword(text, from, hit), expected) << Shown(text) << " at " << from;
-                if (!expected) {
-                    break;
-                }
-                ASSERT_EQ(hit.keyword->text, NaiveKeywords()[index].text) << Shown(text) << " at " << from;
-                ASSERT_EQ(hit.start, start) << Shown(text) << " at " << from;
-                ASSERT_EQ(hit.end, end) << Shown(text) << " at " << from;
+                ASSERT_NO_FATAL_FAILURE(CompareFirstKeyword(text, from, found, end));
                 from = end;
-                ++hits;
+                hits += found ? 1 : 0;
             }
         }
     }
     EXPECT_GT(hits, 10000U);
+}
+
+StatementKind KindOf(const std::string& keyword) {
+    static const std::map<std::string, StatementKind> kinds = {
+        {"BO_", StatementKind::Message},
+        {"SG_", StatementKind::Signal},
+        {"CM_", StatementKind::Comment},
+        {"VAL_", StatementKind::ValueDescription},
+        {"SIG_VALTYPE_", StatementKind::ValueType},
+        {"BA_DEF_", StatementKind::AttributeDefinition},
+        {"BA_DEF_DEF_", StatementKind::AttributeDefault},
+        {"BA_", StatementKind::AttributeValue},
+    };
+    const auto found = kinds.find(keyword);
+    return found == kinds.end() ? StatementKind::Other : found->second;
 }
 
 // Reads a file with that content both ways; how many statements there were is added to `count`.
@@ -167,9 +179,7 @@ void Compare(const std::string& bytes, size_t& count) {
         ASSERT_EQ(stream.Statement(), naive.statement) << Shown(bytes);
         ASSERT_EQ(stream.LineNumber(), naive.lineNumber) << Shown(bytes);
         ASSERT_EQ(static_cast<uint32_t>(stream.Status()), naive.status) << Shown(bytes);
-        const StatementKeyword* keyword = FindStatementKeyword(NaiveKeywords()[naive.keywordIndex].text);
-        ASSERT_NE(keyword, nullptr);
-        ASSERT_EQ(stream.Kind(), keyword->kind) << Shown(bytes);
+        ASSERT_EQ(stream.Kind(), KindOf(NaiveKeywords()[naive.keywordIndex].text)) << Shown(bytes);
         ++count;
     }
     ASSERT_FALSE(stream.NextStatement()) << Shown(bytes);

@@ -316,7 +316,7 @@ TEST(LongStatement, IsMeasuredFromItsKeyword) {
     });
 }
 
-TEST(LongStatement, OfShortLinesIsCutTooAndTheRestPassedOver) {
+TEST(LongStatement, OfShortLinesIsCutAtTheLineThatCrossedTheLimit) {
     std::string lines = "SG_ x\n";
     for (int i = 0; i < 409; ++i) {
         lines += "123456789\n";
