@@ -181,17 +181,6 @@ TEST(CanFdFlag, IsLeftAloneByAFileWithoutABusType) {
     }
 }
 
-TEST(CanFdFlag, IsLeftAloneByClearing) {
-    for (const uint32_t flag : {0U, 1U, 2U}) {
-        SCOPED_TRACE(flag);
-        CANDatabase database;
-        database.info = {2, flag};
-        database.Clear();
-        EXPECT_EQ(database.info.canFd, flag);
-        EXPECT_EQ(database.info.protocolType, 0U);
-    }
-}
-
 TEST(CanFdFlag, IsTakenBackByAFileWithAnotherBusType) {
     CANDatabase database;
     database.info.canFd = 1;

@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "model/attribute_text.h"
-#include "model/can_database.h"
 
 namespace tabrin {
 namespace {
@@ -86,38 +85,6 @@ TEST(AttributeNameFilter, IsNotAskedInAdding) {
     store.AddValue(MakeAttribute("Second", Object::General, Type::Int));
     EXPECT_EQ(store.Definitions().size(), 1U);
     EXPECT_EQ(store.Values().size(), 1U);
-}
-
-void ExpectTheNineNames(const AttributeStore& store) {
-    for (const char* name : {"BusType", "J1939PGN", "IsNMEA", "Kestrune_Msg_Name", "GenMsgSendType", "GenMsgCycleTime",
-                             "Kestrune_Sig_Name", "GenSigStartValue", "GenSigInactiveValue"}) {
-        SCOPED_TRACE(name);
-        EXPECT_FALSE(store.IsNameRejected(name));
-    }
-    for (const char* name :
-         {"", "busType", "bustype", "BusTypes", "BusTyp", "Bus Type", "J1939", "IsNMEA ", "GenMsgCycle",
-          "GenMsgCycleTimes", "Kestrune_Msg", "Kestrune_Name", "GenSigSendType", "GenSigCycleTime"}) {
-        SCOPED_TRACE(name);
-        EXPECT_TRUE(store.IsNameRejected(name));
-    }
-}
-
-TEST(AttributeNameFilter, OfANewDatabaseIsTheNineNames) {
-    const CANDatabase database;
-    ExpectTheNineNames(database.attributes);
-}
-
-TEST(AttributeNameFilter, OfADatabaseSurvivesTheEndOfReading) {
-    CANDatabase database;
-    database.EndReading();
-    ExpectTheNineNames(database.attributes);
-}
-
-TEST(AttributeNameFilter, OfADatabaseIsRestoredByClearing) {
-    CANDatabase database;
-    database.attributes.Clear({});
-    database.Clear();
-    ExpectTheNineNames(database.attributes);
 }
 
 TEST(AttributeDefinitions, FirstOneOfAKeyWins) {
@@ -457,22 +424,6 @@ TEST(AttributeStore, NewFilterForgetsDefinitionsAndValues) {
     store.Clear(kNames);
     EXPECT_TRUE(store.Definitions().empty());
     EXPECT_TRUE(store.Values().empty());
-}
-
-TEST(AttributeStore, OfADatabaseIsEmptiedByClearingAndAtTheEndOfReading) {
-    for (const bool clear : {false, true}) {
-        SCOPED_TRACE(clear);
-        CANDatabase database;
-        database.attributes.AddDefinition(IntValue("BusType", Object::General, 0, "", 5));
-        database.attributes.AddValue(IntValue("BusType", Object::General, 0, "", 5));
-        if (clear) {
-            database.Clear();
-        } else {
-            database.EndReading();
-        }
-        EXPECT_TRUE(database.attributes.Definitions().empty());
-        EXPECT_TRUE(database.attributes.Values().empty());
-    }
 }
 
 }  // namespace

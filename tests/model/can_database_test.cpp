@@ -13,6 +13,7 @@
 #include "model/arena_level.h"
 #include "model/own_arena.h"
 #include "model/records.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -39,7 +40,9 @@ void ExpectWellKnownNamesOnly(const CANDatabase& database) {
         EXPECT_FALSE(database.attributes.IsNameRejected(name)) << name;
     }
     for (const std::string_view name :
-         {"", "bustype", "BusTyp", "BusType2", "GenMsgDelayTime", "SystemSignalLongSymbol"}) {
+         {"", "bustype", "busType", "BusTyp", "BusType2", "Bus Type", "J1939", "IsNMEA ", "GenMsgCycle",
+          "GenMsgCycleTimes", "GenMsgDelayTime", "Kestrune_Msg", "Kestrune_Name", "GenSigSendType", "GenSigCycleTime",
+          "SystemSignalLongSymbol"}) {
         EXPECT_TRUE(database.attributes.IsNameRejected(name)) << name;
     }
 }
@@ -64,12 +67,21 @@ TEST(CanDatabase, WellKnownNamesHaveTheirOrder) {
     EXPECT_EQ(kWellKnownAttributes, kNames);
 }
 
-TEST(CanDatabase, ClearLeavesTheCanFdFlag) {
+TEST(CanDatabase, ClearTakesTheProtocolBack) {
     CANDatabase database;
     database.info = {2, 1};
     database.Clear();
     EXPECT_EQ(database.info.protocolType, 0U);
-    EXPECT_EQ(database.info.canFd, 1U);
+}
+
+TEST(CanDatabase, ClearLeavesTheCanFdFlag) {
+    for (const uint32_t flag : {0U, 1U, 2U}) {
+        SCOPED_TRACE(flag);
+        CANDatabase database;
+        database.info = {2, flag};
+        database.Clear();
+        EXPECT_EQ(database.info.canFd, flag);
+    }
 }
 
 TEST(CanDatabase, ClearReleasesTheMessages) {
@@ -137,25 +149,34 @@ TEST(CanDatabase, LookingForAMessageDoesNotMakeOne) {
     EXPECT_TRUE(database.messages.empty());
 }
 
-TEST(CanDatabase, EndOfReadingLeavesMessagesAndErrors) {
+TEST(CanDatabase, EndOfReadingLeavesWhatWasRead) {
     CANDatabase database;
     database.info = {1, 1};
     database.AddParsedMessage(MakeMessage(100));
     database.RecordErrors("BO_ x\n", 1, {0});
-    database.attributes.AddDefinition(MakeAttribute("BusType"));
-    database.attributes.AddValue(MakeAttribute("BusType"));
-
     database.EndReading();
-
-    EXPECT_TRUE(database.FindMessages(100).empty());
-    EXPECT_TRUE(database.identifierIndex.empty());
-    EXPECT_TRUE(database.attributes.Definitions().empty());
-    EXPECT_TRUE(database.attributes.Values().empty());
-    ExpectWellKnownNamesOnly(database);
     EXPECT_EQ(database.messages.size(), 1U);
     EXPECT_EQ(database.errors.size(), 1U);
     EXPECT_EQ(database.info.protocolType, 1U);
     EXPECT_EQ(database.info.canFd, 1U);
+}
+
+TEST(CanDatabase, EndOfReadingEmptiesTheIndex) {
+    CANDatabase database;
+    database.AddParsedMessage(MakeMessage(100));
+    database.EndReading();
+    EXPECT_TRUE(database.FindMessages(100).empty());
+    EXPECT_TRUE(database.identifierIndex.empty());
+}
+
+TEST(CanDatabase, EndOfReadingEmptiesTheAttributes) {
+    CANDatabase database;
+    database.attributes.AddDefinition(MakeAttribute("BusType"));
+    database.attributes.AddValue(MakeAttribute("BusType"));
+    database.EndReading();
+    EXPECT_TRUE(database.attributes.Definitions().empty());
+    EXPECT_TRUE(database.attributes.Values().empty());
+    ExpectWellKnownNamesOnly(database);
 }
 
 std::shared_ptr<CANMessage> MakeMessageWithSignals(uint32_t id, std::initializer_list<const char*> names) {
@@ -314,7 +335,7 @@ TEST(CanDatabase, ErrorTextIsTheStatementWithoutItsLastCharacter) {
          ""},
     };
     for (const Recorded& row : kRows) {
-        SCOPED_TRACE(row.statement);
+        SCOPED_TRACE(Shown(row.statement));
         CANDatabase database;
         database.RecordErrors(row.statement, 17, {6});
         ASSERT_EQ(database.errors.size(), 1U);
@@ -343,7 +364,7 @@ TEST(CanDatabase, EachCodeBecomesAnErrorInItsOrder) {
     }
 }
 
-TEST(CanDatabase, ErrorIsHandedOutAndNothingElseTouched) {
+TEST(CanDatabase, ErrorIsHandedOutInItsFieldsOnly) {
     CANDatabase database;
     database.RecordErrors("BO_ 1 Bad\n", 3, {1});
     database.RecordErrors("SG_ Bad\n", 4, {3});
