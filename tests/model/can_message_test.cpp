@@ -12,6 +12,7 @@
 #include "model/own_arena.h"
 #include "model/records.h"
 #include "model/reset_state.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -30,7 +31,7 @@ TEST(CanMessage, ResetLeavesOnlyTheParseErrors) {
     EXPECT_EQ(message.parseErrors, std::vector<uint32_t>({2}));
 }
 
-TEST(CanMessage, SignalsAreSharedAndKeptInOrder) {
+TEST(CanMessage, SignalsStandInTheOrderAdded) {
     OwnMessage message;
     const auto first = std::make_shared<OwnSignal>();
     const auto second = std::make_shared<OwnSignal>();
@@ -150,25 +151,6 @@ TEST(CanMessage, ResetMakesRoomForSignals) {
     EXPECT_EQ(message.signals.size(), 1U);
 }
 
-TEST(CanMessage, CommentLineIsWrittenWhenThereIsAComment) {
-    OwnMessage message;
-    message.invalid = false;
-    message.id = 100;
-    message.name = "Msg";
-    message.identifierName = "Msg";
-    message.AppendComment("text");
-    EXPECT_EQ(message.WriteCommentLine(), "CM_ BO_ 100 \"text\";");
-}
-
-TEST(CanMessage, CommentLineIsEmptyWithoutAComment) {
-    OwnMessage message;
-    message.invalid = false;
-    message.id = 100;
-    message.name = "Engine Data";
-    message.identifierName = "Engine_Data";
-    EXPECT_EQ(message.WriteCommentLine(), "");
-}
-
 TEST(CanMessage, SendTypeBecomesAnIdentifier) {
     struct Row {
         std::string given;
@@ -180,7 +162,7 @@ TEST(CanMessage, SendTypeBecomesAnIdentifier) {
         {"\xC3\xA4ndern", "_ndern"}, {"Abcdefghijklmnopqrstuvwxyz_012345", "Abcdefghijklmnopqrstuvwxyz_01234"},
     };
     for (const Row& row : kRows) {
-        SCOPED_TRACE(row.given);
+        SCOPED_TRACE(Shown(row.given));
         OwnMessage message;
         message.sendType = "old";
         message.SetSendType(row.given);
