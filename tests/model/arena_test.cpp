@@ -36,15 +36,28 @@ Filled Fill(Arena& arena, size_t size, size_t alignment, char byte) {
 }
 
 void ExpectIntact(const std::vector<Filled>& pieces) {
-    for (const Filled& piece : pieces) {
-        ASSERT_EQ(static_cast<size_t>(std::count(piece.begin, piece.begin + piece.size, piece.byte)), piece.size);
+    for (size_t i = 0; i < pieces.size(); ++i) {
+        const Filled& piece = pieces[i];
+        ASSERT_EQ(static_cast<size_t>(std::count(piece.begin, piece.begin + piece.size, piece.byte)), piece.size)
+            << "piece " << i << " of " << pieces.size();
     }
 }
 
 // --- Pieces
 
-TEST(Arena, PiecesAreAlignedAndDoNotOverlap) {
-    const size_t kAlignments[] = {1, 2, 4, 8, alignof(std::max_align_t)};
+constexpr size_t kAlignments[] = {1, 2, 4, 8, alignof(std::max_align_t)};
+
+TEST(Arena, PiecesAreAligned) {
+    for (const size_t before : {1U, 3U, 8U, 17U}) {
+        for (const size_t alignment : kAlignments) {
+            Arena arena;
+            arena.Allocate(before, 1);
+            EXPECT_TRUE(IsAligned(arena.Allocate(1, alignment), alignment)) << alignment << " behind " << before;
+        }
+    }
+}
+
+TEST(Arena, PiecesDoNotOverlap) {
     std::mt19937 random(1);
     Arena arena;
     std::vector<Filled> pieces;
@@ -57,6 +70,7 @@ TEST(Arena, PiecesAreAlignedAndDoNotOverlap) {
 
 TEST(Arena, FirstPieceMayHaveAnySize) {
     for (const size_t size : {1U, 2U, 1023U, 1024U, 1025U, 4095U, 4096U, 4097U, 65536U, 1000000U}) {
+        SCOPED_TRACE(size);
         Arena arena;
         ExpectIntact({Fill(arena, size, alignof(std::max_align_t), 'a'), Fill(arena, 1, 1, 'b'),
                       Fill(arena, size, alignof(std::max_align_t), 'c')});
@@ -270,12 +284,17 @@ struct Watched {
     double number = 0.0;
 };
 
-TEST(ArenaObjects, AreMadeForTheirArenaAndDestroyedWithTheirLastOwner) {
+TEST(ArenaObjects, AreMadeForTheirArena) {
     Arena arena;
     arena.Keep("x");  // so that nothing is aligned by chance
-    auto object = MakeInArena<Watched>(arena);
+    const auto object = MakeInArena<Watched>(arena);
     EXPECT_EQ(object->madeFor, &arena);
     EXPECT_TRUE(IsAligned(object.get(), alignof(Watched)));
+}
+
+TEST(ArenaObjects, AreDestroyedWithTheirLastOwner) {
+    Arena arena;
+    auto object = MakeInArena<Watched>(arena);
     EXPECT_EQ(Watched::alive, 1);
     auto other = object;
     object.reset();
@@ -331,6 +350,12 @@ TEST(GrowingText, IsWhatWasAppended) {
     EXPECT_EQ(text.View(), std::string_view("one \0 two", 9));
     EXPECT_TRUE(text == std::string_view("one \0 two", 9));
     EXPECT_FALSE(text == "one");
+}
+
+TEST(GrowingText, ClearLeavesNothing) {
+    Arena arena;
+    GrowingText text;
+    text.Append(arena, "old");
     text.Clear();
     EXPECT_TRUE(text.IsEmpty());
     EXPECT_EQ(text.View(), "");

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "model/attribute_text.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -142,7 +143,7 @@ TEST(AttributeValueFromText, IntTakesANumberWithinItsRange) {
         {0, 1, "5\"1\"", false, kOld},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(testing::Message() << "[" << row.text << "] in " << row.minimum << ".." << row.maximum);
+        SCOPED_TRACE(testing::Message() << Shown(row.text) << " in " << row.minimum << ".." << row.maximum);
         Attribute attribute = MakeAttribute("Name", AttributeObjectType::General, AttributeValueType::Int);
         attribute.minimum = row.minimum;
         attribute.maximum = row.maximum;
@@ -196,7 +197,7 @@ TEST(AttributeValueFromText, EnumTakesAnIndexOrAQuotedName) {
         {{}, "\"\"", false, kOld},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(testing::Message() << "[" << row.text << "] of " << testing::PrintToString(row.values));
+        SCOPED_TRACE(testing::Message() << Shown(row.text) << " of " << testing::PrintToString(row.values));
         Attribute attribute = MakeAttribute("Name", AttributeObjectType::General, AttributeValueType::Enum);
         attribute.enumValues = EnumList(row.values);
         attribute.enumIndex = kOld;
@@ -207,7 +208,7 @@ TEST(AttributeValueFromText, EnumTakesAnIndexOrAQuotedName) {
 
 TEST(AttributeValueFromText, EnumWithoutAListTakesNothing) {
     for (const char* text : {"0", "\"A\"", "\"\"", ""}) {
-        SCOPED_TRACE(text);
+        SCOPED_TRACE(Shown(text));
         Attribute attribute = MakeAttribute("Name", AttributeObjectType::General, AttributeValueType::Enum);
         attribute.enumIndex = 77;
         EXPECT_FALSE(SetValueFromText(attribute, text));
@@ -217,7 +218,7 @@ TEST(AttributeValueFromText, EnumWithoutAListTakesNothing) {
 
 TEST(AttributeValueFromText, AttributeOfNoTypeTakesNothing) {
     for (const char* text : {"0", "\"A\"", "A", ""}) {
-        SCOPED_TRACE(text);
+        SCOPED_TRACE(Shown(text));
         Attribute attribute = MakeAttribute("Name", AttributeObjectType::General, AttributeValueType::Unsupported);
         EXPECT_FALSE(SetValueFromText(attribute, text));
         EXPECT_EQ(attribute.intValue, 0);
@@ -235,7 +236,7 @@ TEST(AttributeValueFromText, StringTakesWhatStandsBetweenTheOuterQuotes) {
         {"\"\"\"", "\""},   {"\"a\\\"", "a\\"}, {"\" a \"", " a "}, {"\"5\"", "5"},   {"\"\xC3\xA4\"", "\xC3\xA4"},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.text);
+        SCOPED_TRACE(Shown(row.text));
         Attribute attribute = MakeAttribute("Name", AttributeObjectType::General, AttributeValueType::String);
         attribute.stringValue = "old";
         EXPECT_TRUE(SetValueFromText(attribute, row.text));

@@ -11,6 +11,7 @@
 #include "model/own_arena.h"
 #include "model/records.h"
 #include "model/reset_state.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -31,7 +32,7 @@ void FillForRecord(CANMessage& message) {
     message.signals.resize(3);
 }
 
-TEST(CanMessageRecord, IsFilledAndNothingElseTouched) {
+TEST(CanMessageRecord, IsFilledInItsFieldsOnly) {
     OwnMessage message;
     FillForRecord(message);
     auto record = UntouchedRecord<CanMessageData>();
@@ -78,10 +79,6 @@ TEST(CanMessageRecord, NoRecordFails) {
 using Text = std::string_view CANMessage::*;
 constexpr Text kComment = nullptr;
 
-std::string_view TextOf(const CANMessage& message, Text text) {
-    return text != kComment ? message.*text : message.comment.View();
-}
-
 void SetText(CANMessage& message, Text text, std::string_view value) {
     if (text != kComment) {
         message.*text = value;
@@ -96,12 +93,13 @@ TEST(CanMessageRecord, FillingStopsAtTheFirstTextThatFails) {
     struct Row {
         Text text;
         size_t offset;
+        const char* filled;  // by FillForRecord
     };
-    const Row kRows[] = {{&CANMessage::identifierName, 4},
-                         {&CANMessage::name, 44},
-                         {&CANMessage::transmitter, 300},
-                         {kComment, 344},
-                         {&CANMessage::sendType, 600}};
+    const Row kRows[] = {{&CANMessage::identifierName, 4, "Engine_Data"},
+                         {&CANMessage::name, 44, "Engine Data"},
+                         {&CANMessage::transmitter, 300, "ECU"},
+                         {kComment, 344, "say \\\"hi\\\""},
+                         {&CANMessage::sendType, 600, "Cyclic"}};
     for (const Row& row : kRows) {
         SCOPED_TRACE(row.offset);
         OwnMessage message;
@@ -115,7 +113,7 @@ TEST(CanMessageRecord, FillingStopsAtTheFirstTextThatFails) {
             if (done.offset == row.offset) {
                 break;
             }
-            image.Text(done.offset, TextOf(message, done.text));
+            image.Text(done.offset, done.filled);
         }
         image.Text(row.offset, "");
         if (row.offset == 600) {
@@ -152,7 +150,7 @@ TEST(CanMessageRecord, LongNameIsCutInFrontOfACharacter) {
         {std::string(250, 'a') + "\xFF", 251},  // a text with room to spare is not looked at
     };
     for (const Cut& row : kRows) {
-        SCOPED_TRACE(row.text);
+        SCOPED_TRACE(Shown(row.text));
         OwnMessage message;
         FillForRecord(message);
         message.name = row.text;
@@ -226,7 +224,7 @@ TEST(CanMessageRecord, AppendedNamesAreNotTrimmed) {
     };
     const Row kRows[] = {{" A", "_A"}, {"A ", "A_"}, {"\tA", "_A"}, {" ", "_"}, {"1A", "_A"}, {"\xC3\xA4", "_"}};
     for (const Row& row : kRows) {
-        SCOPED_TRACE(row.given);
+        SCOPED_TRACE(Shown(row.given));
         auto record = EmptyRecord<CanMessageData>();
         SetField(record.name, row.given);
         SetField(record.transmitter, row.given);
@@ -270,7 +268,7 @@ TEST(CanMessageRecord, BrokenTextFails) {
                                      "\xC0\x80"
                                      "abcd"}) {
         for (int field = 0; field < 3; ++field) {
-            SCOPED_TRACE(broken + " in field " + std::to_string(field));
+            SCOPED_TRACE(Shown(broken) + " in field " + std::to_string(field));
             auto record = EmptyRecord<CanMessageData>();
             record.id = 100;
             record.dlc = 8;

@@ -12,6 +12,7 @@
 #include "model/own_arena.h"
 #include "model/records.h"
 #include "model/reset_state.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -45,7 +46,7 @@ void FillForRecord(CANSignal& signal) {
     signal.inactiveValue = 4000000007U;
 }
 
-TEST(CanSignalRecord, IsFilledAndNothingElseTouched) {
+TEST(CanSignalRecord, IsFilledInItsFieldsOnly) {
     OwnSignal signal;
     FillForRecord(signal);
     auto record = UntouchedRecord<CanSignalData>();
@@ -103,10 +104,6 @@ TEST(CanSignalRecord, SignalWithoutReceiversHasAnEmptyField) {
 using Text = std::string_view CANSignal::*;
 constexpr Text kComment = nullptr;
 
-std::string_view TextOf(const CANSignal& signal, Text text) {
-    return text != kComment ? signal.*text : signal.comment.View();
-}
-
 void SetText(CANSignal& signal, Text text, std::string_view value) {
     if (text != kComment) {
         signal.*text = value;
@@ -121,12 +118,15 @@ TEST(CanSignalRecord, FillingStopsAtTheFirstTextThatFails) {
     struct Row {
         Text text;
         size_t offset;
+        const char* filled;  // by FillForRecord
     };
-    const Row kRows[] = {{&CANSignal::identifierName, 0},
-                         {&CANSignal::name, 33},
-                         {&CANSignal::unit, 289},
-                         {&CANSignal::unitAsWritten, 908},
-                         {kComment, 578}};
+    const Row kRows[] = {{&CANSignal::identifierName, 0, "Engine_Speed"},
+                         {&CANSignal::name, 33, "Engine Speed"},
+                         {&CANSignal::unit, 289, "_C"},
+                         {&CANSignal::unitAsWritten, 908,
+                          "\xC2\xB0"
+                          "C"},
+                         {kComment, 578, "say \\\"hi\\\""}};
     for (const Row& row : kRows) {
         SCOPED_TRACE(row.offset);
         OwnSignal signal;
@@ -140,7 +140,7 @@ TEST(CanSignalRecord, FillingStopsAtTheFirstTextThatFails) {
             if (done.offset == row.offset) {
                 break;
             }
-            image.Text(done.offset, TextOf(signal, done.text));
+            image.Text(done.offset, done.filled);
         }
         image.Text(row.offset, "");
         if (row.offset == 578) {
@@ -264,7 +264,7 @@ TEST(CanSignalRecord, BrokenTextFails) {
                                      "\xC0\x80"
                                      "abcd"}) {
         for (int field = 0; field < 4; ++field) {
-            SCOPED_TRACE(broken + " in field " + std::to_string(field));
+            SCOPED_TRACE(Shown(broken) + " in field " + std::to_string(field));
             CanSignalData record = GivenRecord();
             SetField(record.name, field == 0 ? broken : "Name");
             SetField(record.unit, field == 1 ? broken : "unit");
@@ -307,15 +307,21 @@ TEST(CanSignalRecord, FieldWithoutEndLosesItsLastByte) {
     EXPECT_EQ(signal.comment, std::string(255, 'c'));
 }
 
-TEST(CanSignalRecord, AppendedNameAndUnitAreNotTrimmed) {
+TEST(CanSignalRecord, AppendedNameIsNotTrimmed) {
     auto record = EmptyRecord<CanSignalData>();
     SetField(record.name, " A ");
-    SetField(record.unit, "\tkm ");
     OwnSignal signal;
     EXPECT_TRUE(signal.SetFromRecord(&record));
     EXPECT_EQ(signal.name, " A ");
     EXPECT_EQ(signal.identifierName, "_A_");
     EXPECT_EQ(signal.nameAsRead, " A ");
+}
+
+TEST(CanSignalRecord, AppendedUnitIsNotTrimmed) {
+    auto record = EmptyRecord<CanSignalData>();
+    SetField(record.unit, "\tkm ");
+    OwnSignal signal;
+    EXPECT_TRUE(signal.SetFromRecord(&record));
     EXPECT_EQ(signal.unitAsWritten, "\tkm ");
     EXPECT_EQ(signal.unit, "\tkm ");
 }

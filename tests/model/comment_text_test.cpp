@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "shown.h"
+
 namespace tabrin {
 namespace {
 
@@ -43,7 +45,7 @@ constexpr EscapeCase kEscapeCases[] = {
 
 TEST(CommentText, EveryQuoteGetsABackslashThatHasNone) {
     for (const EscapeCase& row : kEscapeCases) {
-        SCOPED_TRACE(row.text);
+        SCOPED_TRACE(Shown(row.text));
         std::string text(row.text);
         EscapeQuotes(text);
         EXPECT_EQ(text, row.escaped);
@@ -52,7 +54,7 @@ TEST(CommentText, EveryQuoteGetsABackslashThatHasNone) {
 
 TEST(CommentText, EscapingTwiceChangesNothing) {
     for (const EscapeCase& row : kEscapeCases) {
-        SCOPED_TRACE(row.escaped);
+        SCOPED_TRACE(Shown(row.escaped));
         std::string text(row.escaped);
         EscapeQuotes(text);
         EXPECT_EQ(text, row.escaped);
@@ -84,7 +86,7 @@ constexpr AppendCase kAppendCases[] = {
 
 TEST(CommentText, AppendedTextIsEscapedInItsPlace) {
     for (const AppendCase& row : kAppendCases) {
-        SCOPED_TRACE(std::string(row.comment) + " + " + std::string(row.text));
+        SCOPED_TRACE(Shown(row.comment) + " + " + Shown(row.text));
         Arena arena;
         GrowingText comment;
         comment.Append(arena, row.comment);

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "shown.h"
+
 namespace tabrin {
 namespace {
 
@@ -45,7 +47,7 @@ TEST(ObjectName, NameIsKeptAndItsIdentifierFormIsMade) {
         {"1" + kName32, "1" + kName32, "_Abcdefghijklmnopqrstuvwxyz_0123"},
     };
     for (const Names& row : kRows) {
-        SCOPED_TRACE(row.given);
+        SCOPED_TRACE(Shown(row.given));
         Arena arena;
         std::string_view name = "old";
         std::string_view identifierName = "old";
@@ -57,7 +59,7 @@ TEST(ObjectName, NameIsKeptAndItsIdentifierFormIsMade) {
 
 TEST(ObjectName, BrokenUtf8IsThrown) {
     for (const std::string given : {"\xFF", "a\xC3", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80"}) {
-        SCOPED_TRACE(given);
+        SCOPED_TRACE(Shown(given));
         Arena arena;
         std::string_view name;
         std::string_view identifierName;

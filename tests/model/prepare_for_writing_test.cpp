@@ -302,12 +302,12 @@ TEST(PrepareForWriting, AgreesWithThePlainestWay) {
                 message.signals.back()->invalid = invalid;
             }
             const Names before = NamesOf(message);
-            ASSERT_EQ(message.PrepareForWriting(), PreparePlainly(expected));
+            ASSERT_EQ(message.PrepareForWriting(), PreparePlainly(expected)) << testing::PrintToString(before);
             Names names;
             for (const PlainSignal& signal : expected) {
                 names.push_back(signal.name);
             }
-            ASSERT_EQ(NamesOf(message), names);
+            ASSERT_EQ(NamesOf(message), names) << testing::PrintToString(before);
             renumbered += write % 2 != 0 && names != before ? 1 : 0;
         }
     }

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "shown.h"
+
 namespace tabrin {
 namespace {
 
@@ -66,7 +68,7 @@ TEST(ReceiverList, TextIsSplitIntoIdentifiers) {
          "_bcdefghijklmnopqrstuvwxyz_01234"},
     };
     for (const Assigned& row : kRows) {
-        SCOPED_TRACE(row.text);
+        SCOPED_TRACE(Shown(row.text));
         Arena arena;
         ReceiverList list;
         list.Assign(arena, "Old,Older");
@@ -95,7 +97,7 @@ TEST(ReceiverList, ClearLeavesNothing) {
 
 TEST(ReceiverList, BrokenUtf8IsThrown) {
     for (const std::string_view text : {"\xFF", "A,B\xC3", "A,\xC3,B", "\xED\xA0\x80"}) {
-        SCOPED_TRACE(text);
+        SCOPED_TRACE(Shown(text));
         Arena arena;
         ReceiverList list;
         EXPECT_THROW(list.Assign(arena, text), utf8::exception);

@@ -28,25 +28,9 @@ struct Added {
     Pairs kept;
 };
 
-TEST(ValueDescriptions, ValuesAreOrderedAndTextsJoined) {
-    const Added kRows[] = {
-        {{}, {}},
-        {{{0, "Off"}, {1, "On"}}, {{0, "Off"}, {1, "On"}}},
-        {{{1, "On"}, {0, "Off"}}, {{0, "Off"}, {1, "On"}}},
-        {{{0, "a"}, {-1, "b"}, {kMost, "c"}, {kLeast, "d"}, {1, "e"}},
-         {{kLeast, "d"}, {-1, "b"}, {0, "a"}, {1, "e"}, {kMost, "c"}}},
-        {{{5, "a"}, {9, "b"}, {7, "c"}}, {{5, "a"}, {7, "c"}, {9, "b"}}},
-
-        {{{1, "On"}, {1, "On"}}, {{1, "On - On"}}},
-        {{{1, "a"}, {1, "b"}, {1, "c"}}, {{1, "a - b - c"}}},
-        {{{1, "a"}, {2, "b"}, {1, "c"}}, {{1, "a - c"}, {2, "b"}}},
-        {{{2, "a"}, {1, "b"}, {2, "c"}, {1, "d"}}, {{1, "b - d"}, {2, "a - c"}}},
-        {{{kLeast, "a"}, {kLeast, "b"}, {kMost, "c"}, {kMost, "d"}}, {{kLeast, "a - b"}, {kMost, "c - d"}}},
-        {{{1, ""}, {1, ""}}, {{1, " - "}}},
-        {{{1, ""}, {1, "a"}}, {{1, " - a"}}},
-        {{{1, "a"}, {1, ""}}, {{1, "a - "}}},
-    };
-    for (const Added& row : kRows) {
+template <size_t Count>
+void CheckKept(const Added (&rows)[Count]) {
+    for (const Added& row : rows) {
         SCOPED_TRACE(testing::PrintToString(row.added));
         OwnValueDescriptions descriptions;
         for (const auto& [value, text] : row.added) {
@@ -63,6 +47,32 @@ TEST(ValueDescriptions, ValuesAreOrderedAndTextsJoined) {
             EXPECT_EQ(descriptions.At(i).second, row.kept[i].second);
         }
     }
+}
+
+TEST(ValueDescriptions, ValuesAreOrdered) {
+    const Added kRows[] = {
+        {{}, {}},
+        {{{0, "Off"}, {1, "On"}}, {{0, "Off"}, {1, "On"}}},
+        {{{1, "On"}, {0, "Off"}}, {{0, "Off"}, {1, "On"}}},
+        {{{0, "a"}, {-1, "b"}, {kMost, "c"}, {kLeast, "d"}, {1, "e"}},
+         {{kLeast, "d"}, {-1, "b"}, {0, "a"}, {1, "e"}, {kMost, "c"}}},
+        {{{5, "a"}, {9, "b"}, {7, "c"}}, {{5, "a"}, {7, "c"}, {9, "b"}}},
+    };
+    CheckKept(kRows);
+}
+
+TEST(ValueDescriptions, TextsOfOneValueAreJoined) {
+    const Added kRows[] = {
+        {{{1, "On"}, {1, "On"}}, {{1, "On - On"}}},
+        {{{1, "a"}, {1, "b"}, {1, "c"}}, {{1, "a - b - c"}}},
+        {{{1, "a"}, {2, "b"}, {1, "c"}}, {{1, "a - c"}, {2, "b"}}},
+        {{{2, "a"}, {1, "b"}, {2, "c"}, {1, "d"}}, {{1, "b - d"}, {2, "a - c"}}},
+        {{{kLeast, "a"}, {kLeast, "b"}, {kMost, "c"}, {kMost, "d"}}, {{kLeast, "a - b"}, {kMost, "c - d"}}},
+        {{{1, ""}, {1, ""}}, {{1, " - "}}},
+        {{{1, ""}, {1, "a"}}, {{1, " - a"}}},
+        {{{1, "a"}, {1, ""}}, {{1, "a - "}}},
+    };
+    CheckKept(kRows);
 }
 
 TEST(ValueDescriptions, ClearLeavesNothing) {
@@ -124,8 +134,10 @@ TEST(ValueDescriptions, AgreesWithAPlainMap) {
             for (auto lookup = random() % 3; lookup > 0; --lookup) {
                 const size_t index = random() % expected.size();
                 const auto& entry = *std::next(expected.begin(), static_cast<std::ptrdiff_t>(index));
-                ASSERT_EQ(descriptions.At(index).first, entry.first);
-                ASSERT_EQ(descriptions.At(index).second, entry.second);
+                ASSERT_EQ(descriptions.At(index).first, entry.first)
+                    << index << " of " << testing::PrintToString(expected);
+                ASSERT_EQ(descriptions.At(index).second, entry.second)
+                    << index << " of " << testing::PrintToString(expected);
             }
         }
         EXPECT_EQ(TextsOf(descriptions), expected);
