@@ -3,46 +3,10 @@
 #include <string_view>
 
 #include "abi/interface_test.h"
+#include "written_header.h"
 
 namespace tabrin_test {
 namespace {
-
-// What stands in front of the node line in every written file, each line ending in CR LF.
-constexpr std::string_view kHeader =
-    "VERSION \"\"\r\n"
-    "\r\n"
-    "NS_ :\r\n"
-    "    NS_DESC_\r\n"
-    "    CM_\r\n"
-    "    BA_DEF_\r\n"
-    "    BA_\r\n"
-    "    VAL_\r\n"
-    "    CAT_DEF_\r\n"
-    "    CAT_\r\n"
-    "    FILTER\r\n"
-    "    BA_DEF_DEF_\r\n"
-    "    EV_DATA_\r\n"
-    "    ENVVAR_DATA_\r\n"
-    "    SGTYPE_\r\n"
-    "    SGTYPE_VAL_\r\n"
-    "    BA_DEF_SGTYPE_\r\n"
-    "    BA_SGTYPE_\r\n"
-    "    SIG_TYPE_REF_\r\n"
-    "    VAL_TABLE_\r\n"
-    "    SIG_GROUP_\r\n"
-    "    SIG_VALTYPE_\r\n"
-    "    SIGTYPE_VALTYPE_\r\n"
-    "    BO_TX_BU_\r\n"
-    "    BA_DEF_REL_\r\n"
-    "    BA_REL_\r\n"
-    "    BA_DEF_DEF_REL_\r\n"
-    "    BU_SG_REL_\r\n"
-    "    BU_EV_REL_\r\n"
-    "    BU_BO_REL_\r\n"
-    "    SG_MUL_VAL_\r\n"
-    "\r\n"
-    "BS_ :\r\n"
-    "\r\n";
 
 // The node line of databases whose messages and signals name no node.
 constexpr std::string_view kDefaultNodes = "BU_ :  Kestrune\r\n\r\n";
@@ -59,8 +23,8 @@ protected:
     std::string Written(uint32_t order = TABRIN_ORDER_DATABASE) const {
         EXPECT_EQ(WriteFile(path_, order), kDone);
         const std::string bytes = ReadBytes(path_);
-        EXPECT_EQ(bytes.substr(0, kHeader.size()), kHeader);
-        return bytes.substr(std::min(kHeader.size(), bytes.size()));
+        EXPECT_EQ(bytes.substr(0, kWrittenHeader.size()), kWrittenHeader);
+        return bytes.substr(std::min(kWrittenHeader.size(), bytes.size()));
     }
 
     std::string path_;

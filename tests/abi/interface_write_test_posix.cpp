@@ -1,12 +1,10 @@
 // Writes that fail on the way, which only this kind of system can be made to show.
-#include <sys/resource.h>
-
-#include <csignal>
 #include <cstddef>
 #include <string>
 #include <string_view>
 
 #include "abi/interface_test.h"
+#include "file_size_limit_posix.h"
 
 namespace tabrin_test {
 namespace {
@@ -22,19 +20,15 @@ protected:
         std::filesystem::remove(path_);
     }
 
-    // Writes while no file of this process may grow beyond a size. Nothing else happens meanwhile, because the limit
-    // holds for the report of the tests as well.
+    // Writes while no file of this process may grow beyond a size.
     Outcome WriteLimited(size_t size) const {
-        // Otherwise the system ends the process at the limit.
-        void (*const handler)(int) = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit before{};
-        getrlimit(RLIMIT_FSIZE, &before);
-        rlimit limit = before;
-        limit.rlim_cur = size;
-        const bool limited = setrlimit(RLIMIT_FSIZE, &limit) == 0;
-        const Outcome outcome = WriteFile(path_, TABRIN_ORDER_DATABASE);
-        setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, handler);
+        Outcome outcome{};
+        bool limited = false;
+        {
+            const FileSizeLimit limit(size);
+            limited = limit.IsSet();
+            outcome = WriteFile(path_, TABRIN_ORDER_DATABASE);
+        }
         EXPECT_TRUE(limited);
         return outcome;
     }

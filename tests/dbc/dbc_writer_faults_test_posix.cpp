@@ -1,13 +1,11 @@
 // Writing where the system fails: full devices, limits, permissions.
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -20,45 +18,17 @@
 #include "dbc/value_statements.h"
 #include "dbc/well_known_attributes.h"
 #include "dbc/writing.h"
+#include "file_size_limit_posix.h"
 
 namespace tabrin {
 namespace {
 
-// Lets no file of this process grow beyond a size, for as long as the object lives.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(size_t size) {
-        // Otherwise the system ends the process at the limit.
-        handler_ = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before_);
-        rlimit limit = before_;
-        limit.rlim_cur = size;
-        set_ = setrlimit(RLIMIT_FSIZE, &limit) == 0;
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    FileSizeLimit(FileSizeLimit&&) = delete;
-    FileSizeLimit& operator=(FileSizeLimit&&) = delete;
-
-    [[nodiscard]] bool IsSet() const { return set_; }
-
-private:
-    void (*handler_)(int) = SIG_DFL;
-    rlimit before_{};
-    bool set_ = false;
-};
-
-// Writes to `path` while no file may grow beyond `limit`. Nothing else is done meanwhile: the limit holds for the
-// report of the tests as well.
+// Writes to `path` while no file may grow beyond `limit`.
 WriteOutcome WriteLimited(CANDatabase& database, const std::string& path, size_t limit) {
     WriteOutcome outcome;
     bool limited = false;
     {
-        const FileSizeLimit scope(limit);
+        const tabrin_test::FileSizeLimit scope(limit);
         limited = scope.IsSet();
         outcome = WriteTo(database, path);
     }

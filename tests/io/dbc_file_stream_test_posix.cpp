@@ -2,8 +2,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "file_size_limit_posix.h"
 #include "io/dbc_file_stream.h"
-#include "io/file_size_limit_posix.h"
 #include "io/io_test_support.h"
 #include "io/open_stream.h"
 
