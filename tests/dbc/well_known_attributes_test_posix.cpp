@@ -24,19 +24,6 @@ protected:
     DbcFileStream stream_;
 };
 
-TEST_F(AttributesOnAFullDevice, EmptyTextNoticesThatTheStreamHasFailed) {
-    stream_.WriteLine("lost");
-    EXPECT_EQ(stream_.Status(), FileStatus::Writing);
-    WriteAttributes(0);
-    EXPECT_EQ(stream_.Status(), FileStatus::Failed);
-}
-
-TEST_F(AttributesOnAFullDevice, TextNoticesThatTheStreamHasFailed) {
-    stream_.WriteLine("lost");
-    WriteAttributes(1);
-    EXPECT_EQ(stream_.Status(), FileStatus::Failed);
-}
-
 TEST_F(AttributesOnAFullDevice, EmptyTextDoesNoHarm) {
     WriteAttributes(0);
     EXPECT_EQ(stream_.Status(), FileStatus::Writing);
