@@ -10,6 +10,7 @@
 #include "dbc/small_database.h"
 #include "dbc/writing.h"
 #include "model/can_database.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -254,7 +255,7 @@ TEST(AttributeRoundTrip, RestoresLongNamesAsFarAsQuotedTextsCanCarryThem) {
         {"\" a", "__a", "__a"},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
+        SCOPED_TRACE(Shown(row.name));
         CANDatabase database;
         CANMessage& message = AddMessage(database, {.id = 2147483748U, .name = row.name});
         AddSignal(message, {.name = row.name});
@@ -273,11 +274,20 @@ TEST(AttributeRoundTrip, KeepsTheCommonNameOfSignalsThatWereToldApart) {
     AddSignal(message, {.name = "Speed"});
     AddSignal(message, {.name = "Other"});
     AddSignal(message, {.name = "Speed"});
+    CANDatabase again;
+    ASSERT_TRUE(ReadText(again, WrittenBytes(database)));
+    EXPECT_EQ(DescribeAttributed(again),
+              (Texts{"Msg/Msg [] 0", "  Speed/Speed_0000 0 0", "  Other/Other 0 0", "  Speed/Speed_0001 0 0"}));
+}
+
+TEST(AttributeRoundTrip, WritesSignalsThatWereToldApartTheSameAgain) {
+    CANDatabase database;
+    CANMessage& message = AddMessage(database, {.id = 1, .name = "Msg"});
+    AddSignal(message, {.name = "Speed"});
+    AddSignal(message, {.name = "Speed"});
     const std::string bytes = WrittenBytes(database);
     CANDatabase again;
     ASSERT_TRUE(ReadText(again, bytes));
-    EXPECT_EQ(DescribeAttributed(again),
-              (Texts{"Msg/Msg [] 0", "  Speed/Speed_0000 0 0", "  Other/Other 0 0", "  Speed/Speed_0001 0 0"}));
     EXPECT_EQ(WrittenBytes(again), bytes);
 }
 

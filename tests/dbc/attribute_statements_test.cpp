@@ -8,19 +8,15 @@
 #include <string_view>
 #include <vector>
 
+#include "dbc/parsed_attributes.h"
 #include "model/attribute_store.h"
 #include "model/attribute_text.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
 
 using Texts = std::vector<std::string>;
-
-void Parse(AttributeStore& store, const std::vector<const char*>& statements) {
-    for (const char* statement : statements) {
-        ParseAttributeStatement(store, statement);
-    }
-}
 
 struct DefinitionRow {
     const char* statement;
@@ -28,7 +24,7 @@ struct DefinitionRow {
 };
 
 void ExpectDefinition(const DefinitionRow& row) {
-    SCOPED_TRACE(row.statement);
+    SCOPED_TRACE(Shown(row.statement));
     AttributeStore store;
     ParseAttributeStatement(store, row.statement);
     EXPECT_EQ(AttributeTexts(store.Definitions()), *row.expected != '\0' ? Texts{row.expected} : Texts());
@@ -210,7 +206,7 @@ TEST(AttributeStatement, WithAnotherFirstWordIsIgnored) {
          {"", ";", "BA_DEF_REL_ \"X\" INT 0 1;", "BA_DEF_X \"X\" INT 0 1;", "ba_def_ \"X\" INT 0 1;",
           "BA_DEF \"X\" INT 0 1;", "x BA_DEF_ \"X\" INT 0 1;", "\"BA_DEF_\" \"X\" INT 0 1;", "\"X\" INT 0 1;",
           "BA_SGTYPE_ \"X\" 1;", "BA_REL_ \"D\" 1;", "BA_DEF_DEF_REL_ \"D\" 1;", "BA \"D\" 1;", "ba_ \"D\" 1;"}) {
-        SCOPED_TRACE(statement);
+        SCOPED_TRACE(Shown(statement));
         AttributeStore store;
         ParseAttributeStatement(store, "BA_DEF_ \"D\" INT 0 1;");
         ParseAttributeStatement(store, statement);
@@ -374,7 +370,7 @@ TEST(AttributeDefaultStatement, InFrontOfTheDefinitionIsLost) {
 
 TEST(AttributeDefaultStatement, NameAndIndexSelectTheSameEnumValue) {
     for (const char* statement : {"BA_DEF_DEF_ \"GenMsgSendType\" \"Cyclic\";", "BA_DEF_DEF_ \"GenMsgSendType\" 0;"}) {
-        SCOPED_TRACE(statement);
+        SCOPED_TRACE(Shown(statement));
         AttributeStore store;
         Parse(store,
               {"BA_DEF_ BO_ \"GenMsgSendType\" ENUM \"Cyclic\",\"Event\";", "BA_DEF_DEF_ \"GenMsgSendType\" 1;"});

@@ -5,19 +5,15 @@
 #include <vector>
 
 #include "dbc/attribute_statements.h"
+#include "dbc/parsed_attributes.h"
 #include "model/attribute_store.h"
 #include "model/attribute_text.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
 
 using Texts = std::vector<std::string>;
-
-void Parse(AttributeStore& store, const std::vector<const char*>& statements) {
-    for (const char* statement : statements) {
-        ParseAttributeStatement(store, statement);
-    }
-}
 
 struct ValueRow {
     const char* statement;
@@ -27,7 +23,7 @@ struct ValueRow {
 template <size_t Count>
 void ExpectValues(const std::vector<const char*>& definitions, const ValueRow (&rows)[Count]) {
     for (const ValueRow& row : rows) {
-        SCOPED_TRACE(row.statement);
+        SCOPED_TRACE(Shown(row.statement));
         AttributeStore store;
         Parse(store, definitions);
         const Texts before = AttributeTexts(store.Definitions());

@@ -1,6 +1,8 @@
 // A small database to hold attributes against.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -8,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "dbc/attribute_statements.h"
+#include "dbc/parsed_attributes.h"
 #include "dbc/well_known_attributes.h"
 #include "model/can_database.h"
 #include "model/own_arena.h"
@@ -42,9 +44,7 @@ public:
 
     // What reading does with these statements of a file, once all of it has been read.
     void Apply(const std::vector<const char*>& statements) {
-        for (const char* statement : statements) {
-            ParseAttributeStatement(data.attributes, statement);
-        }
+        Parse(data.attributes, statements);
         ApplyWellKnownAttributes(data);
     }
 
@@ -74,5 +74,22 @@ inline std::vector<std::string> DescribeAttributed(const CANDatabase& database) 
 // The small database before anything is applied.
 inline const std::vector<std::string> kUnattributed = {"Engine/Engine [] 0", "  Speed/Speed 0 0", "  Torque/Torque 0 0",
                                                        "Brake/Brake [] 0", "  Speed/Speed 0 0"};
+
+// Statements, and the small database behind them.
+struct AttributedRow {
+    std::vector<const char*> statements;
+    std::vector<std::string> expected;
+};
+
+// The information of the database stays as it was.
+inline void ExpectApplied(const AttributedRow& row) {
+    SCOPED_TRACE(testing::PrintToString(row.statements));
+    SmallDatabase database;
+    database.data.info = {7, 7};
+    database.Apply(row.statements);
+    EXPECT_EQ(DescribeAttributed(database.data), row.expected);
+    EXPECT_EQ(database.data.info.protocolType, 7U);
+    EXPECT_EQ(database.data.info.canFd, 7U);
+}
 
 }  // namespace tabrin

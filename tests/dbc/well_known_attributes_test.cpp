@@ -114,24 +114,9 @@ TEST(WellKnownProtocol, IsSetWhereTheNumberIsOne) {
     }
 }
 
-struct ObjectRow {
-    Statements statements;
-    Texts expected;
-};
-
-void ExpectApplied(const ObjectRow& row) {
-    SCOPED_TRACE(testing::PrintToString(row.statements));
-    SmallDatabase database;
-    database.data.info = {7, 7};
-    database.Apply(row.statements);
-    EXPECT_EQ(DescribeAttributed(database.data), row.expected);
-    EXPECT_EQ(database.data.info.protocolType, 7U);
-    EXPECT_EQ(database.data.info.canFd, 7U);
-}
-
 TEST(WellKnownMessageName, ValueReplacesTheLongNameOnly) {
     const char* const definition = "BA_DEF_ BO_ \"Kestrune_Msg_Name\" STRING ;";
-    const ObjectRow rows[] = {
+    const AttributedRow rows[] = {
         {{definition, "BA_ \"Kestrune_Msg_Name\" BO_ 100 \"Engine data\";"},
          {"Engine data/Engine [] 0", "  Speed/Speed 0 0", "  Torque/Torque 0 0", "Brake/Brake [] 0",
           "  Speed/Speed 0 0"}},
@@ -156,14 +141,14 @@ TEST(WellKnownMessageName, ValueReplacesTheLongNameOnly) {
         {{"BA_DEF_ BO_ \"Kestrune_Msg_Name\" ENUM \"x\";", "BA_ \"Kestrune_Msg_Name\" BO_ 100 0;"}, kUnattributed},
         {{"BA_DEF_ BO_ \"Kestrune_Msg_Name\" INT 0 9;", "BA_ \"Kestrune_Msg_Name\" BO_ 100 1;"}, kUnattributed},
     };
-    for (const ObjectRow& row : rows) {
+    for (const AttributedRow& row : rows) {
         ExpectApplied(row);
     }
 }
 
 TEST(WellKnownSendType, ValueOrElseTheDefaultReachesEveryMessage) {
     const char* const definition = "BA_DEF_ BO_ \"GenMsgSendType\" ENUM \"Cyclic\",\"Event\",\"On Change/2\";";
-    const ObjectRow rows[] = {
+    const AttributedRow rows[] = {
         // The index starts at 0: the definition alone is enough.
         {{definition},
          {"Engine/Engine [Cyclic] 0", "  Speed/Speed 0 0", "  Torque/Torque 0 0", "Brake/Brake [Cyclic] 0",
@@ -190,7 +175,7 @@ TEST(WellKnownSendType, ValueOrElseTheDefaultReachesEveryMessage) {
         {{"BA_DEF_ BO_ \"GenMsgSendType\" STRING;", "BA_DEF_DEF_ \"GenMsgSendType\" \"Cyclic\";"}, kUnattributed},
         {{"BA_DEF_ BO_ \"GenMsgSendType\" INT 0 9;", "BA_ \"GenMsgSendType\" BO_ 100 1;"}, kUnattributed},
     };
-    for (const ObjectRow& row : rows) {
+    for (const AttributedRow& row : rows) {
         ExpectApplied(row);
     }
 }
@@ -228,7 +213,7 @@ TEST(WellKnownSendType, ComesFromTheListOfTheValue) {
 }
 
 TEST(WellKnownCycleTime, ValueOrElseTheDefaultReachesEveryMessage) {
-    const ObjectRow rows[] = {
+    const AttributedRow rows[] = {
         {{"BA_DEF_ BO_ \"GenMsgCycleTime\" INT 0 10000;", "BA_DEF_DEF_ \"GenMsgCycleTime\" 100;",
           "BA_ \"GenMsgCycleTime\" BO_ 200 20;"},
          {"Engine/Engine [] 100", "  Speed/Speed 0 0", "  Torque/Torque 0 0", "Brake/Brake [] 20",
@@ -251,7 +236,7 @@ TEST(WellKnownCycleTime, ValueOrElseTheDefaultReachesEveryMessage) {
         {{"BA_DEF_ BO_ \"GenMsgCycleTime\" STRING;", "BA_DEF_DEF_ \"GenMsgCycleTime\" \"100\";"}, kUnattributed},
         {{"BA_DEF_ BO_ \"GenMsgCycleTime\" ENUM \"0\",\"1\";", "BA_DEF_DEF_ \"GenMsgCycleTime\" 1;"}, kUnattributed},
     };
-    for (const ObjectRow& row : rows) {
+    for (const AttributedRow& row : rows) {
         ExpectApplied(row);
     }
 }

@@ -219,6 +219,9 @@ TEST(WellKnownAttributesText, IsNotWrittenToAStreamThatIsNotOpen) {
     DbcFileStream stream;
     WriteWellKnownAttributes(stream, database.info, database.messages, LinesBehind(database.messages).longNames);
     EXPECT_EQ(stream.Status(), FileStatus::Closed);
+    // A line that was tried all the same would be told of here.
+    stream.Close();
+    EXPECT_EQ(stream.Status(), FileStatus::Closed);
 }
 
 TEST(WellKnownAttributesText, IsNotWrittenToAStreamOpenForReading) {

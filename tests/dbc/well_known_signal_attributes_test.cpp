@@ -14,27 +14,11 @@
 namespace tabrin {
 namespace {
 
-using Statements = std::vector<const char*>;
 using Texts = std::vector<std::string>;
-
-struct ObjectRow {
-    Statements statements;
-    Texts expected;
-};
-
-void ExpectApplied(const ObjectRow& row) {
-    SCOPED_TRACE(testing::PrintToString(row.statements));
-    SmallDatabase database;
-    database.data.info = {7, 7};
-    database.Apply(row.statements);
-    EXPECT_EQ(DescribeAttributed(database.data), row.expected);
-    EXPECT_EQ(database.data.info.protocolType, 7U);
-    EXPECT_EQ(database.data.info.canFd, 7U);
-}
 
 TEST(WellKnownSignalName, ValueReplacesTheLongNameOnly) {
     const char* const definition = "BA_DEF_ SG_ \"Kestrune_Sig_Name\" STRING ;";
-    const ObjectRow rows[] = {
+    const AttributedRow rows[] = {
         {{definition, "BA_ \"Kestrune_Sig_Name\" SG_ 100 Speed \"Engine speed\";"},
          {"Engine/Engine [] 0", "  Engine speed/Speed 0 0", "  Torque/Torque 0 0", "Brake/Brake [] 0",
           "  Speed/Speed 0 0"}},
@@ -57,13 +41,13 @@ TEST(WellKnownSignalName, ValueReplacesTheLongNameOnly) {
          kUnattributed},
         {{"BA_DEF_ SG_ \"Kestrune_Sig_Name\" INT 0 9;", "BA_ \"Kestrune_Sig_Name\" SG_ 100 Speed 1;"}, kUnattributed},
     };
-    for (const ObjectRow& row : rows) {
+    for (const AttributedRow& row : rows) {
         ExpectApplied(row);
     }
 }
 
 TEST(WellKnownSignalNumbers, ValueOrElseTheDefaultReachesEverySignal) {
-    const ObjectRow rows[] = {
+    const AttributedRow rows[] = {
         {{"BA_DEF_ SG_ \"GenSigStartValue\" INT 0 100;", "BA_DEF_DEF_ \"GenSigStartValue\" 5;",
           "BA_ \"GenSigStartValue\" SG_ 100 Torque 6;"},
          {"Engine/Engine [] 0", "  Speed/Speed 5 0", "  Torque/Torque 6 0", "Brake/Brake [] 0", "  Speed/Speed 5 0"}},
@@ -94,7 +78,7 @@ TEST(WellKnownSignalNumbers, ValueOrElseTheDefaultReachesEverySignal) {
         {{"BA_DEF_ SG_ \"GenSigInactiveValue\" ENUM \"0\",\"1\";", "BA_DEF_DEF_ \"GenSigInactiveValue\" 1;"},
          kUnattributed},
     };
-    for (const ObjectRow& row : rows) {
+    for (const AttributedRow& row : rows) {
         ExpectApplied(row);
     }
 }
@@ -266,10 +250,9 @@ TEST(WellKnownAttributes, OfOtherNamesDoNothing) {
 
 TEST(WellKnownAttributes, OfADatabaseWithoutMessagesSetItsInformation) {
     CANDatabase database;
-    ParseAttributeStatement(database.attributes, "BA_DEF_ \"BusType\" STRING;");
-    ParseAttributeStatement(database.attributes, "BA_DEF_DEF_ \"BusType\" \"CAN FD\";");
-    ParseAttributeStatement(database.attributes, "BA_DEF_ BO_ \"GenMsgCycleTime\" INT 0 9;");
-    ParseAttributeStatement(database.attributes, "BA_DEF_ SG_ \"Kestrune_Sig_Name\" STRING;");
+    Parse(database.attributes,
+          {"BA_DEF_ \"BusType\" STRING;", "BA_DEF_DEF_ \"BusType\" \"CAN FD\";",
+           "BA_DEF_ BO_ \"GenMsgCycleTime\" INT 0 9;", "BA_DEF_ SG_ \"Kestrune_Sig_Name\" STRING;"});
     ApplyWellKnownAttributes(database);
     EXPECT_EQ(database.info.canFd, 1U);
     EXPECT_TRUE(database.messages.empty());
