@@ -8,6 +8,7 @@
 #include "dbc/parsed.h"
 #include "dbc/reading.h"
 #include "dbc/writing.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -87,7 +88,7 @@ constexpr MessageCommentCase kMessageCommentCases[] = {
 
 TEST(CommentStatement, MessageCommentsAreRead) {
     for (const MessageCommentCase& row : kMessageCommentCases) {
-        SCOPED_TRACE(row.statement);
+        SCOPED_TRACE(Shown(row.statement));
         CANDatabase database;
         const CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
         EXPECT_EQ(ReadMessageComment(database, row.statement), row.result);
@@ -203,7 +204,7 @@ constexpr SignalCommentCase kSignalCommentCases[] = {
 
 TEST(CommentStatement, SignalCommentsAreRead) {
     for (const SignalCommentCase& row : kSignalCommentCases) {
-        SCOPED_TRACE(row.statement);
+        SCOPED_TRACE(Shown(row.statement));
         CANDatabase database;
         CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
         for (const char* name : {"EngineSpeed", "S", "My", "My Sig", "M", "Tab\tbed", "Twin", "Twin"}) {
@@ -237,7 +238,7 @@ TEST(CommentStatement, SignalCommentReachesEveryMessageOfTheIdentifier) {
     EXPECT_EQ(inSecond.comment, "both");
 }
 
-TEST(CommentStatement, RepeatedSignalCommentsAreJoinedAndEscaped) {
+TEST(CommentStatement, RepeatedSignalCommentsAreJoined) {
     CANDatabase database;
     CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
     const CANSignal& signal = AddReadSignal(message, "S");
@@ -310,14 +311,21 @@ TEST(CommentStatement, CommentOverSeveralLinesKeepsItsLineEnds) {
 
 // --- Writing
 
-TEST(CommentStatement, MessageLine) {
-    CANDatabase database;
-    EXPECT_EQ(AddMessage(database, {.id = 100, .comment = "Engine status"}).WriteCommentLine(),
-              R"(CM_ BO_ 100 "Engine status";)");
-    EXPECT_EQ(AddMessage(database, {.id = 100, .comment = "text"}).WriteCommentLine(), R"(CM_ BO_ 100 "text";)");
-    EXPECT_EQ(AddMessage(database, {.id = 4294967295, .comment = "text"}).WriteCommentLine(),
-              R"(CM_ BO_ 4294967295 "text";)");
-    EXPECT_EQ(AddMessage(database, {.id = 0, .comment = "a \"b\" c"}).WriteCommentLine(), R"(CM_ BO_ 0 "a \"b\" c";)");
+TEST(CommentStatement, MessageLineHasTheIdentifierInFrontOfTheText) {
+    const struct {
+        MessageFields message;
+        std::string_view line;
+    } rows[] = {
+        {{.id = 100, .comment = "Engine status"}, R"(CM_ BO_ 100 "Engine status";)"},
+        {{.id = 100, .comment = "text"}, R"(CM_ BO_ 100 "text";)"},
+        {{.id = 4294967295, .comment = "text"}, R"(CM_ BO_ 4294967295 "text";)"},
+        {{.id = 0, .comment = "a \"b\" c"}, R"(CM_ BO_ 0 "a \"b\" c";)"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.line);
+        CANDatabase database;
+        EXPECT_EQ(AddMessage(database, row.message).WriteCommentLine(), row.line);
+    }
 }
 
 TEST(CommentStatement, MessageWithoutCommentHasNoLine) {
@@ -405,6 +413,9 @@ TEST(CommentStatement, NothingIsWrittenToAClosedStream) {
     AddMessage(database, {.comment = "text"});
     DbcFileStream stream;
     WriteCommentsSection(stream, database.messages, LinesBehind(database.messages).comments);
+    EXPECT_EQ(stream.Status(), FileStatus::Closed);
+    // A line that was tried all the same would be told of here.
+    stream.Close();
     EXPECT_EQ(stream.Status(), FileStatus::Closed);
 }
 

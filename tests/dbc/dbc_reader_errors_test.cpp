@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "dbc/reading.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -29,7 +30,7 @@ struct File {
 };
 
 void ExpectErrors(const File& row) {
-    SCOPED_TRACE(row.text);
+    SCOPED_TRACE(Shown(row.text));
     CANDatabase database;
     EXPECT_TRUE(ReadText(database, row.text));
     ASSERT_EQ(database.errors.size(), row.errors.size());
@@ -220,9 +221,11 @@ TEST(DbcReaderErrors, FilesOfRandomPiecesGiveSoundDatabases) {
         std::mt19937 random(seed);
         CANDatabase database;
         FileStatus status = FileStatus::Failed;
-        EXPECT_TRUE(ReadText(database, RandomText(random), &status));
+        const std::string text = RandomText(random);
+        EXPECT_TRUE(ReadText(database, text, &status));
         EXPECT_EQ(status, FileStatus::Closed);
         ExpectSound(database);
+        ASSERT_FALSE(HasFailure()) << Shown(text);
         for (const auto& message : database.messages) {
             numSignals += message->signals.size();
         }

@@ -111,6 +111,7 @@ TEST(DbcReaderMemory, WhatFollowsAFaultyStatementIsIntact) {
 TEST(DbcReaderMemory, ReadingAgainStartsAfresh) {
     CANDatabase database;
     for (int round = 0; round < 3; ++round) {
+        SCOPED_TRACE(round);
         ASSERT_TRUE(ReadText(database, kFirst + "CM_ BO_ 1 \"text\";\nVAL_ 1 S 0 \"Off\";\n" + kLast));
         ASSERT_EQ(database.messages.size(), 2U);
         EXPECT_EQ(database.messages[0]->name, "First");

@@ -12,6 +12,7 @@
 
 #include "dbc/reading.h"
 #include "model/description_texts.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -50,7 +51,7 @@ struct File {
 };
 
 void ExpectRead(const File& row) {
-    SCOPED_TRACE(row.text.substr(0, 1000));
+    SCOPED_TRACE(Shown(row.text.substr(0, 1000)));
     CANDatabase database;
     FileStatus status = FileStatus::Failed;
     EXPECT_TRUE(ReadText(database, row.text, &status));

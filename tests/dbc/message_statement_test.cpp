@@ -9,6 +9,7 @@
 #include "model/can_message.h"
 #include "model/own_arena.h"
 #include "model/reset_state.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -89,7 +90,7 @@ TEST(MessageStatement, AcceptedLinesAreReadAndWrittenBack) {
         {"BO_ 100 Msg: 8X\n", 100, "Msg", "Msg", 8, "X", "BO_ 100 Msg: 8 X"},
     };
     for (const Accepted& row : kRows) {
-        SCOPED_TRACE(row.line);
+        SCOPED_TRACE(Shown(row.line));
         OwnMessage message;
         ASSERT_TRUE(message.ParseLine(row.line));
         EXPECT_FALSE(message.invalid);
@@ -109,7 +110,7 @@ struct Rejected {
 };
 
 void ExpectRejected(const Rejected& row) {
-    SCOPED_TRACE(row.line);
+    SCOPED_TRACE(Shown(row.line));
     OwnMessage message;
     FillEveryField(message);
     EXPECT_FALSE(message.ParseLine(row.line));
@@ -215,7 +216,7 @@ TEST(MessageStatement, OneFailureLeavesOneCodeHoweverOftenItIsParsed) {
 TEST(MessageStatement, BrokenUtf8IsThrown) {
     for (const std::string_view line :
          {"BO_ 100 Ms\xFFg: 8 ECU", "BO_ 100 Msg: 8 EC\xC3", "BO_ 100 \xED\xA0\x80: 8 ECU"}) {
-        SCOPED_TRACE(line);
+        SCOPED_TRACE(Shown(line));
         OwnMessage message;
         EXPECT_THROW(message.ParseLine(line), utf8::exception);
     }

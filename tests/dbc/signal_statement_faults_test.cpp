@@ -10,6 +10,7 @@
 #include "model/can_signal.h"
 #include "model/own_arena.h"
 #include "model/reset_state.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -74,7 +75,7 @@ TEST(SignalStatement, FaultyLinesAreRejectedWithTheCodeOfTheStep) {
     };
     for (const Faults& row : kRows) {
         for (const std::string_view line : row.lines) {
-            SCOPED_TRACE(line);
+            SCOPED_TRACE(Shown(line));
             OwnSignal signal;
             FillEveryField(signal);
             EXPECT_FALSE(signal.ParseLine(line));
@@ -111,7 +112,7 @@ TEST(SignalStatement, BrokenUtf8IsThrown) {
         "SG_ S : 0|8@1+ (1,0) [0|1] \"\" A,\xC0\x80",
     };
     for (const std::string_view line : kLines) {
-        SCOPED_TRACE(line);
+        SCOPED_TRACE(Shown(line));
         OwnSignal signal;
         EXPECT_THROW(signal.ParseLine(line), utf8::exception);
     }

@@ -8,6 +8,7 @@
 
 #include "model/can_signal.h"
 #include "model/own_arena.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -37,7 +38,7 @@ TEST(SignalStatement, WrittenLineTellsWhatWasRead) {
          " SG_ S : 0|8@1+ (1,0) [0|255] \"km/h\" A,B"},
     };
     for (const RoundTrip& row : kRows) {
-        SCOPED_TRACE(row.line);
+        SCOPED_TRACE(Shown(row.line));
         OwnSignal signal;
         ASSERT_TRUE(signal.ParseLine(row.line));
         EXPECT_FALSE(signal.invalid);
@@ -128,7 +129,7 @@ TEST(SignalStatement, NameAndMultiplexerAreToldApart) {
         {"SG_ \t ", "", "", 0, 0},
     };
     for (const Name& row : kRows) {
-        SCOPED_TRACE(row.line);
+        SCOPED_TRACE(Shown(row.line));
         OwnSignal signal;
         ASSERT_TRUE(signal.ParseLine(row.line + kRest));
         EXPECT_EQ(signal.name, row.name);
@@ -184,7 +185,7 @@ TEST(SignalStatement, BitsAreRead) {
         {"7|-1 ///////", 7, 4294967295U, 1, 0},
     };
     for (const Bits& row : kRows) {
-        SCOPED_TRACE(row.text);
+        SCOPED_TRACE(Shown(row.text));
         OwnSignal signal;
         ASSERT_TRUE(signal.ParseLine("SG_ S :" + row.text + "(2,3) [0|255] \"\" A"));
         EXPECT_EQ(signal.startBit, row.startBit);
@@ -219,7 +220,7 @@ TEST(SignalStatement, EachOfTheFourNumbersIsRead) {
         {"-inf", -std::numeric_limits<double>::infinity()},
     };
     for (const Number& row : kRows) {
-        SCOPED_TRACE(row.text);
+        SCOPED_TRACE(Shown(row.text));
         OwnSignal signal;
         ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (" + row.text + ",7) [-inf|inf] \"\" A"));
         EXPECT_EQ(signal.factor, row.value);
@@ -259,7 +260,7 @@ TEST(SignalStatement, RangeTheWrongWayRoundIsSwapped) {
         {"[1|1]", 1.0, 1.0},   {"[0.25|0.125]", 0.125, 0.25}, {"[inf|0]", 0.0, std::numeric_limits<double>::infinity()},
     };
     for (const Range& row : kRows) {
-        SCOPED_TRACE(row.text);
+        SCOPED_TRACE(Shown(row.text));
         OwnSignal signal;
         ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (1,0) " + row.text + " \"\" A"));
         EXPECT_EQ(signal.minimum, row.minimum);
@@ -321,7 +322,7 @@ TEST(SignalStatement, UnitAndReceiversAreRead) {
         {" \"u\" " + kNode32 + "," + kNode32 + "5", "u", "u", kNode32 + "," + kNode32},
     };
     for (const Tail& row : kRows) {
-        SCOPED_TRACE(row.text);
+        SCOPED_TRACE(Shown(row.text));
         OwnSignal signal;
         ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8@1+ (1,0) [0|255]" + row.text));
         EXPECT_EQ(signal.unitAsWritten, row.unitAsWritten);
@@ -359,7 +360,7 @@ TEST(SignalStatement, DoublesAreWrittenWithTenDigits) {
         {std::numeric_limits<double>::infinity(), "inf"},
     };
     for (const WrittenNumber& row : kRows) {
-        SCOPED_TRACE(row.text);
+        SCOPED_TRACE(Shown(row.text));
         OwnSignal signal;
         signal.invalid = false;
         signal.factor = signal.offset = signal.minimum = signal.maximum = row.value;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "dbc/reading.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -384,7 +385,7 @@ TEST(StatementTargets, AreThoseOfTheNaiveReading) {
         CANDatabase database;
         ASSERT_TRUE(ReadText(database, file.Text()));
         ExpectSame(database, file.Expected());
-        ASSERT_FALSE(testing::Test::HasFailure()) << "seed " << seed << "\n" << file.Text();
+        ASSERT_FALSE(testing::Test::HasFailure()) << "seed " << seed << ", " << Shown(file.Text());
         for (const auto& message : database.messages) {
             comments += message->comment.IsEmpty() ? 0 : 1;
             for (const auto& signal : message->signals) {

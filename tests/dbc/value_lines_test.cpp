@@ -65,7 +65,8 @@ const DescriptionLineCase kDescriptionLineCases[] = {
 
 TEST(ValueDescriptionLine, ListsValuesInAscendingOrder) {
     for (const DescriptionLineCase& row : kDescriptionLineCases) {
-        SCOPED_TRACE(row.line);
+        SCOPED_TRACE(testing::Message() << row.name << " of " << row.id << " with type " << row.valueType << ", "
+                                        << testing::PrintToString(row.descriptions));
         CANDatabase database;
         CANSignal& signal =
             AddSignal(AddMessage(database), {.name = row.name, .length = row.length, .valueType = row.valueType});
@@ -98,7 +99,8 @@ const TypeLineCase kTypeLineCases[] = {
 
 TEST(ValueTypeLine, IsThatOfFloatsAndDoubles) {
     for (const TypeLineCase& row : kTypeLineCases) {
-        SCOPED_TRACE(row.name + " with type " + std::to_string(row.valueType));
+        SCOPED_TRACE(testing::Message() << row.name << " of " << row.id << " with type " << row.valueType << " and "
+                                        << row.length << " bits");
         CANDatabase database;
         const CANSignal& signal =
             AddSignal(AddMessage(database), {.name = row.name, .length = row.length, .valueType = row.valueType});
@@ -149,6 +151,9 @@ TEST_F(ValueSections, NothingIsWrittenToAClosedStream) {
     DbcFileStream stream;
     WriteValueDescriptionsSection(stream, LinesBehind(database_.messages).valueDescriptions);
     WriteValueTypesSection(stream, LinesBehind(database_.messages).valueTypes);
+    EXPECT_EQ(stream.Status(), FileStatus::Closed);
+    // A line that was tried all the same would be told of here.
+    stream.Close();
     EXPECT_EQ(stream.Status(), FileStatus::Closed);
 }
 

@@ -9,6 +9,7 @@
 #include "dbc/parsed.h"
 #include "dbc/reading.h"
 #include "dbc/writing.h"
+#include "shown.h"
 
 namespace tabrin {
 namespace {
@@ -75,7 +76,7 @@ constexpr DescriptionCase kDescriptionCases[] = {
 
 TEST(ValueDescriptionStatement, PairsAreRead) {
     for (const DescriptionCase& row : kDescriptionCases) {
-        SCOPED_TRACE(row.statement);
+        SCOPED_TRACE(Shown(row.statement));
         CANDatabase database;
         CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
         const CANSignal& signal = AddReadSignal(message, "S");
@@ -149,7 +150,7 @@ struct TargetDatabase {
 
 TEST(ValueDescriptionStatement, SignalIsFoundByIdentifierAndNameAsRead) {
     for (const TargetCase& row : kTargetCases) {
-        SCOPED_TRACE(row.target);
+        SCOPED_TRACE(Shown(row.target));
         TargetDatabase target;
         const std::string statement = std::string("VAL_") + std::string(row.target) + " 7 \"x\";";
         EXPECT_EQ(ReadValueDescriptionStatement(target.database, statement), row.result);
@@ -166,7 +167,7 @@ TEST(ValueDescriptionStatement, SignalIsFoundByIdentifierAndNameAsRead) {
 
 TEST(ValueTypeStatement, SignalIsFoundByIdentifierAndNameAsRead) {
     for (const TargetCase& row : kTargetCases) {
-        SCOPED_TRACE(row.target);
+        SCOPED_TRACE(Shown(row.target));
         TargetDatabase target;
         const std::string statement = std::string("SIG_VALTYPE_") + std::string(row.target) + " : 1;";
         EXPECT_EQ(ReadValueTypeStatement(target.database, statement), row.result);
@@ -209,7 +210,7 @@ constexpr EntryCase kEntryCases[] = {
 
 TEST(ValueStatements, AreConsumedOnceTheirMessageIsFound) {
     for (const EntryCase& row : kEntryCases) {
-        SCOPED_TRACE(row.statement);
+        SCOPED_TRACE(Shown(row.statement));
         TargetDatabase target;
         EXPECT_EQ(ReadValueDescriptionStatement(target.database, row.statement), row.described);
         EXPECT_EQ(ReadValueTypeStatement(target.database, row.statement), row.typed);
@@ -409,14 +410,21 @@ constexpr ValueTypeCase kValueTypeCases[] = {
 
 TEST(ValueTypeStatement, CodeMustFitTheLength) {
     for (const ValueTypeCase& row : kValueTypeCases) {
-        SCOPED_TRACE(std::string(row.rest) + " with " + std::to_string(row.length) + " bits");
+        SCOPED_TRACE(Shown(row.rest) + " with " + std::to_string(row.length) + " bits");
         CANDatabase database;
-        CANSignal& signal = AddReadSignal(AddRead(database, "BO_ 100 Msg: 8 X"), "S", row.length);
+        const CANSignal& signal = AddReadSignal(AddRead(database, "BO_ 100 Msg: 8 X"), "S", row.length);
         const std::string statement = std::string("SIG_VALTYPE_ 100 S") + std::string(row.rest);
         EXPECT_TRUE(ReadValueTypeStatement(database, statement));
         EXPECT_EQ(signal.valueType, row.valueType);
+    }
+}
 
-        signal.valueType = TABRIN_VALUE_UNSIGNED;
+TEST(ValueTypeStatement, OwnParserTellsWhetherTheCodeFits) {
+    for (const ValueTypeCase& row : kValueTypeCases) {
+        SCOPED_TRACE(Shown(row.rest) + " with " + std::to_string(row.length) + " bits");
+        CANDatabase database;
+        CANSignal& signal = AddReadSignal(AddRead(database, "BO_ 100 Msg: 8 X"), "S", row.length);
+        const std::string statement = std::string("SIG_VALTYPE_ 100 S") + std::string(row.rest);
         EXPECT_EQ(signal.ParseValueTypeLine(statement, 100), row.valueType != TABRIN_VALUE_UNSIGNED);
     }
 }
@@ -444,14 +452,20 @@ TEST(ValueTypeStatement, OwnParserChecksKeywordAndIdentifier) {
     EXPECT_EQ(signal.valueType, static_cast<uint32_t>(TABRIN_VALUE_FLOAT));
 }
 
-TEST(ValueTypeStatement, FloatIsWrittenSignedAndWithoutItsDescriptions) {
+TEST(ValueTypeStatement, FloatIsWrittenSigned) {
     CANDatabase database;
-    CANSignal& signal = AddReadSignal(AddRead(database, "BO_ 100 Msg: 8 X"), "S", 32);
+    const CANSignal& signal = AddReadSignal(AddRead(database, "BO_ 100 Msg: 8 X"), "S", 32);
+    ASSERT_TRUE(ReadValueTypeStatement(database, "SIG_VALTYPE_ 100 S : 1;"));
+    EXPECT_EQ(signal.WriteDefinitionLine(), R"( SG_ S : 0|32@1- (1,0) [0|255] "" X)");
+}
+
+TEST(ValueTypeStatement, FloatKeepsItsDescriptionsUnwritten) {
+    CANDatabase database;
+    const CANSignal& signal = AddReadSignal(AddRead(database, "BO_ 100 Msg: 8 X"), "S", 32);
     ASSERT_TRUE(ReadValueDescriptionStatement(database, R"(VAL_ 100 S 0 "Off";)"));
     EXPECT_EQ(signal.WriteValueDescriptionLine(100), R"(VAL_ 100 S 0 "Off";)");
     ASSERT_TRUE(ReadValueTypeStatement(database, "SIG_VALTYPE_ 100 S : 1;"));
     EXPECT_EQ(signal.WriteValueDescriptionLine(100), "");
-    EXPECT_EQ(signal.WriteDefinitionLine(), R"( SG_ S : 0|32@1- (1,0) [0|255] "" X)");
     EXPECT_EQ(Listed(signal), "0=Off");
 }
 
