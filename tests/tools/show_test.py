@@ -10,7 +10,7 @@ class ShowText(ProgramTest):
         self.write("a.dbc", head(
             "BO_ 256 Status: 2 Engine",
             ' SG_ Speed : 4|12@1+ (0.1,0) [0|100] "km/h" Gear,Dash',
-            "BO_ 257 Empty: 8 Vector__XXX",
+            "BO_ 257 Empty: 8 Kestrune",
             'CM_ BO_ 256 "Sent when',
             'it \\"changes\\"";',
             'CM_ SG_ 256 Speed "of the car";',
@@ -52,7 +52,7 @@ Status  0x100 (256), 2 bytes, from Engine, event, every 50 ms
        0  stands
     4095  too fast
 
-Empty  0x101 (257), 8 bytes, from Vector__XXX, cyclic
+Empty  0x101 (257), 8 bytes, from Kestrune, cyclic
 """
         self.assertEqual(expected, output)
 
@@ -283,7 +283,7 @@ class ShowJson(ProgramTest):
             ' SG_ Page M : 0|8@1+ (1,0) [0|3] "" Gear,Dash',
             ' SG_ Heat m3 : 15|32@0- (0.1,-40) [-40|200.5] "°C" Gear',
             "BO_ x Bad: 8 Engine",
-            "BO_ 1 None: 0 Vector__XXX",
+            "BO_ 1 None: 0 Kestrune",
             'CM_ BO_ 2566844672 "say \\"hi\\"";',
             'CM_ SG_ 2566844672 Heat "degrees";',
             'BA_DEF_ "BusType" STRING ;',
@@ -311,7 +311,7 @@ class ShowJson(ProgramTest):
                       "maximum": 200.5, "unit": "°C", "receivers": ["Gear"], "comment": "degrees", "startValue": 0,
                       "inactiveValue": 4, "values": []}]},
                 {"name": "None", "identifierName": "None", "id": 1, "extended": False, "length": 0,
-                 "transmitter": "Vector__XXX", "comment": "", "sendType": "", "cycleTime": 0, "signals": []}],
+                 "transmitter": "Kestrune", "comment": "", "sendType": "", "cycleTime": 0, "signals": []}],
             "errors": [
                 {"line": 7, "code": 0, "statement": "BO_ x Bad: 8 Engine",
                  "message": "no message identifier: a decimal number up to 4294967295 has to follow BO_"}],
