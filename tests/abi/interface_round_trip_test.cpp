@@ -5,12 +5,9 @@
 #include <utility>
 #include <vector>
 
+#include "abi/corpus.h"
 #include "abi/database_copy.h"
 #include "abi/interface_test.h"
-
-#ifndef TABRIN_CORPUS_DIR
-#define TABRIN_CORPUS_DIR "../shared/corpus"
-#endif
 
 namespace tabrin_test {
 namespace {
@@ -408,23 +405,8 @@ bool IsDoubled(const std::string& file) {
 
 // --- The tests ----------------------------------------------------------------------------------------------------
 
-class CorpusRoundTrip : public InterfaceTest {
+class CorpusRoundTrip : public CorpusTest {
 protected:
-    void SetUp() override {
-        InterfaceTest::SetUp();
-        std::error_code error;
-        if (!std::filesystem::is_directory(FilePath(TABRIN_CORPUS_DIR), error)) {
-            GTEST_SKIP() << "no folder " TABRIN_CORPUS_DIR ": the tests over real files have nothing to write";
-        }
-        for (const auto& entry : std::filesystem::directory_iterator(FilePath(TABRIN_CORPUS_DIR))) {
-            if (entry.path().extension() == ".dbc") {
-                names_.push_back(entry.path().filename().string());
-            }
-        }
-        std::sort(names_.begin(), names_.end());
-        ASSERT_FALSE(names_.empty());
-    }
-
     static void ReadAlone(const std::string& path) {
         ForgetDatabase();
         ASSERT_EQ(ReadFile(path), kDone);
@@ -442,7 +424,7 @@ protected:
         for (const std::string& name : names_) {
             for (const uint32_t order : {TABRIN_ORDER_IDENTIFIER, TABRIN_ORDER_NAME, TABRIN_ORDER_DATABASE}) {
                 SCOPED_TRACE(testing::Message() << name << " in order " << order);
-                ReadAlone(std::string(TABRIN_CORPUS_DIR) + "/" + name);
+                ReadAlone(PathOf(name));
                 if (NumMessages() == 0) {
                     EXPECT_EQ(WriteFile(TempPath("dbc"), order), (Outcome{false, 2}));
                 } else {
@@ -452,8 +434,6 @@ protected:
             }
         }
     }
-
-    std::vector<std::string> names_;
 };
 
 TEST_F(CorpusRoundTrip, KeepsAllButWhatIsListed) {
