@@ -195,31 +195,36 @@ Record* Scratch() {
     return &record;
 }
 
-const std::function<bool()> kQuestions[] = {
-    [] { return Library().GetDatabaseInfo(Scratch<DatabaseInfo>(), sizeof(DatabaseInfo)); },
-    [] { return Library().GetNumCanMessages() == 14; },
-    [] { return Library().GetNumCanErrors() == 14; },
-    [] { return Library().GetCanMessageData(0, Scratch<CanMessageData>()); },
-    [] { return Library().GetNumCanSignalsInCanMessage(0, Scratch<uint32_t>()); },
-    [] { return Library().GetCanSignalData(0, 1, Scratch<CanSignalData>()); },
-    [] { return Library().GetNumEnumsInCanSignal(0, 0, Scratch<uint32_t>()); },
-    [] { return Library().GetCanSignalEnumData(0, 0, 0, Scratch<CanSignalEnumData>()); },
-    [] { return Library().GetCanSignalEnumData(0, 0, 2, Scratch<CanSignalEnumData>()); },
-    [] { return Library().GetErrorData(0, Scratch<CanErrorData>()); },
-    [] { return Library().GetErrorData(1, Scratch<CanErrorData>()); },
-    [] { return Library().GetLibraryVersion() > 1; },
+struct Question {
+    const char* what;
+    std::function<bool()> ask;
+};
+
+const Question kQuestions[] = {
+    {"information", [] { return Library().GetDatabaseInfo(Scratch<DatabaseInfo>(), sizeof(DatabaseInfo)); }},
+    {"number of messages", [] { return Library().GetNumCanMessages() == 14; }},
+    {"number of errors", [] { return Library().GetNumCanErrors() == 14; }},
+    {"message", [] { return Library().GetCanMessageData(0, Scratch<CanMessageData>()); }},
+    {"number of signals", [] { return Library().GetNumCanSignalsInCanMessage(0, Scratch<uint32_t>()); }},
+    {"signal", [] { return Library().GetCanSignalData(0, 1, Scratch<CanSignalData>()); }},
+    {"number of value descriptions", [] { return Library().GetNumEnumsInCanSignal(0, 0, Scratch<uint32_t>()); }},
+    {"first value description", [] { return Library().GetCanSignalEnumData(0, 0, 0, Scratch<CanSignalEnumData>()); }},
+    {"last value description", [] { return Library().GetCanSignalEnumData(0, 0, 2, Scratch<CanSignalEnumData>()); }},
+    {"first error", [] { return Library().GetErrorData(0, Scratch<CanErrorData>()); }},
+    {"second error", [] { return Library().GetErrorData(1, Scratch<CanErrorData>()); }},
+    {"version", [] { return Library().GetLibraryVersion() > 1; }},
 };
 
 TEST_F(OutOfMemory, InAskingChangesNothing) {
     ReadAnew();
     const Snapshot before = Take();
     size_t points = 0;
-    for (size_t question = 0; question < std::size(kQuestions); ++question) {
-        SCOPED_TRACE(testing::Message() << "question " << question);
+    for (const Question& question : kQuestions) {
+        SCOPED_TRACE(question.what);
         points += ForEachAllocation([&](const Trial& trial) {
             const size_t live = LiveAllocations();
             Trouble trouble;
-            const bool answered = CallInTrouble(trial, trouble, [&] { return kQuestions[question](); });
+            const bool answered = CallInTrouble(trial, trouble, question.ask);
             EXPECT_EQ(answered, !trouble.thrown);
             EXPECT_EQ(LiveAllocations(), live);
             EXPECT_TRUE(Same(Take(), before));
