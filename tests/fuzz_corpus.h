@@ -48,10 +48,11 @@ template <typename Check>
 void ReplaySavedInputs(const std::string& target, Check check) {
     for (const char* folder : {"seeds", "corpus"}) {
         for (const std::filesystem::path& path : SavedInputs(folder, target)) {
+            SCOPED_TRACE(path.string());
             try {
                 check(InputOf(path));
             } catch (const Failure& failure) {
-                ADD_FAILURE() << path.string() << ": " << failure.what();
+                ADD_FAILURE() << failure.what();
             }
         }
     }

@@ -1,5 +1,7 @@
 #include "fuzz_corpus.h"
 
+#include <functional>
+
 #include "abi/interface_test.h"
 #include "fuzz/abi/calls_check.h"
 #include "fuzz/abi/file_check.h"
@@ -91,25 +93,30 @@ std::string FindingOf(const tabrin_fuzz::LibraryFunctions& functions) {
 TEST_F(FuzzCorpus, ChecksNoticeALibraryThatAnswersWrongly) {
     const tabrin_fuzz::LibraryFunctions right = FunctionsOf(Library());
     EXPECT_EQ(FindingOf(right), "nothing");
-    auto wrong = right;
-    wrong.GetCanMessageData = NameWithoutEnd;
-    EXPECT_EQ(FindingOf(wrong), "a text without NUL");
-    wrong = right;
-    wrong.GetCanSignalData = ReservedByteTouched;
-    EXPECT_EQ(FindingOf(wrong), "a byte changed that no text and no number covers");
-    wrong = right;
-    wrong.GetErrorData = ErrorBeyondTheLast;
-    EXPECT_EQ(FindingOf(wrong), "a getter accepts an index that is not below the count");
-    wrong = right;
-    wrong.WriteDbcFile = WrittenInTextMode;
-    EXPECT_EQ(FindingOf(wrong), "a written file does not end in CR LF");
-    wrong = right;
-    wrong.WriteDbcFile = WrittenLongerEachTime;
-    EXPECT_EQ(FindingOf(wrong), "the orders do not write the same lines");
-    wrong = right;
-    wrong.WriteDbcFile = WrittenWithAnotherName;
-    EXPECT_EQ(FindingOf(wrong), "another signal name after reading back");
-    wrong = right;
+    const struct {
+        std::function<void(tabrin_fuzz::LibraryFunctions&)> breakIt;
+        const char* finding;
+    } rows[] = {
+        {[](auto& functions) { functions.GetCanMessageData = NameWithoutEnd; }, "a text without NUL"},
+        {[](auto& functions) { functions.GetCanSignalData = ReservedByteTouched; },
+         "a byte changed that no text and no number covers"},
+        {[](auto& functions) { functions.GetErrorData = ErrorBeyondTheLast; },
+         "a getter accepts an index that is not below the count"},
+        {[](auto& functions) { functions.WriteDbcFile = WrittenInTextMode; }, "a written file does not end in CR LF"},
+        {[](auto& functions) { functions.WriteDbcFile = WrittenLongerEachTime; },
+         "the orders do not write the same lines"},
+        {[](auto& functions) { functions.WriteDbcFile = WrittenWithAnotherName; },
+         "another signal name after reading back"},
+    };
+    for (const auto& row : rows) {
+        auto wrong = right;
+        row.breakIt(wrong);
+        EXPECT_EQ(FindingOf(wrong), row.finding);
+    }
+}
+
+TEST_F(FuzzCorpus, ModelNoticesALibraryThatAnswersWrongly) {
+    auto wrong = FunctionsOf(Library());
     wrong.AppendCanMessage = OneMessageMore;
     EXPECT_THROW(CheckCalls(wrong,
                             std::string("\x07\x01\x01\x08\x01"
