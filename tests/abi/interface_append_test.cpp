@@ -1,6 +1,7 @@
 // What becomes of the fields of an appended record.
 #include <cstdint>
 #include <limits>
+#include <vector>
 
 #include "abi/interface_test.h"
 
@@ -48,18 +49,22 @@ const NameRow kNames[] = {
     {"Mode M", "Mode M", "Mode_M"},  // what marks a multiplexor in a file is part of a name here
 };
 
-std::string Shown(const std::string& given) {
-    return "given \"" + given + "\"";
-}
-
 class AppendedMessage : public InterfaceTest {};
 
-TEST_F(AppendedMessage, NameIsKeptAndMadeAnIdentifier) {
+TEST_F(AppendedMessage, NameIsKept) {
     for (const NameRow& row : kNames) {
         SCOPED_TRACE(Shown(row.given));
         const uint32_t index = NumMessages();
         ASSERT_TRUE(AppendMessage(1, row.given));
         EXPECT_EQ(Field(MessageAt(index).name), row.name);
+    }
+}
+
+TEST_F(AppendedMessage, NameIsMadeAnIdentifier) {
+    for (const NameRow& row : kNames) {
+        SCOPED_TRACE(Shown(row.given));
+        const uint32_t index = NumMessages();
+        ASSERT_TRUE(AppendMessage(1, row.given));
         EXPECT_EQ(Field(MessageAt(index).identifierName), row.identifierName);
     }
 }
@@ -128,18 +133,25 @@ TEST_F(AppendedMessage, AnEmptyCommentReadsBackEmpty) {
     EXPECT_EQ(Field(record.comment), "");
 }
 
-TEST_F(AppendedMessage, AnyIdentifierAndDataLengthAreKept) {
-    const uint32_t values[] = {0, 1, 8, 64, 1000, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU};
-    for (const uint32_t id : values) {
-        for (const uint32_t dlc : values) {
-            SCOPED_TRACE(testing::Message() << "id " << id << " length " << dlc);
-            CanMessageData record = MessageRecord(id, "M");
-            record.dlc = dlc;
-            const uint32_t index = NumMessages();
-            ASSERT_TRUE(Library().AppendCanMessage(&record));
-            EXPECT_EQ(MessageAt(index).id, id);
-            EXPECT_EQ(MessageAt(index).dlc, dlc);
-        }
+constexpr uint32_t kAnyNumbers[] = {0, 1, 8, 64, 1000, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU};
+
+TEST_F(AppendedMessage, AnyIdentifierIsKept) {
+    for (const uint32_t id : kAnyNumbers) {
+        SCOPED_TRACE(id);
+        const uint32_t index = NumMessages();
+        ASSERT_TRUE(AppendMessage(id, "M"));
+        EXPECT_EQ(MessageAt(index).id, id);
+    }
+}
+
+TEST_F(AppendedMessage, AnyDataLengthIsKept) {
+    for (const uint32_t dlc : kAnyNumbers) {
+        SCOPED_TRACE(dlc);
+        CanMessageData record = MessageRecord(1, "M");
+        record.dlc = dlc;
+        const uint32_t index = NumMessages();
+        ASSERT_TRUE(Library().AppendCanMessage(&record));
+        EXPECT_EQ(MessageAt(index).dlc, dlc);
     }
 }
 
@@ -188,13 +200,24 @@ protected:
     }
 };
 
-TEST_F(AppendedSignal, NameIsKeptAndMadeAnIdentifier) {
+TEST_F(AppendedSignal, NameIsKept) {
     for (const NameRow& row : kNames) {
         SCOPED_TRACE(Shown(row.given));
-        const CanSignalData data = Append(SignalRecord(row.given));
-        EXPECT_EQ(Field(data.name), row.name);
-        EXPECT_EQ(Field(data.identifierName), row.identifierName);
-        EXPECT_EQ(data.multiplexKind, 0U);
+        EXPECT_EQ(Field(Append(SignalRecord(row.given)).name), row.name);
+    }
+}
+
+TEST_F(AppendedSignal, NameIsMadeAnIdentifier) {
+    for (const NameRow& row : kNames) {
+        SCOPED_TRACE(Shown(row.given));
+        EXPECT_EQ(Field(Append(SignalRecord(row.given)).identifierName), row.identifierName);
+    }
+}
+
+TEST_F(AppendedSignal, NameMakesNoMultiplexor) {
+    for (const char* name : {"Mode M", "Mode m1"}) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(Append(SignalRecord(name)).multiplexKind, 0U);
     }
 }
 
@@ -207,51 +230,85 @@ TEST_F(AppendedSignal, CommentGetsItsQuotesEscaped) {
     }
 }
 
-TEST_F(AppendedSignal, UnitIsKeptAsGivenAndFoldedToAscii) {
-    const struct {
-        const char* given;
-        const char* unit;
-    } rows[] = {
-        {"", ""},
-        {"V", "V"},
-        {"km/h", "km/h"},
-        {" V ", " V "},  // neither trimmed
-        {"a\tb", "a\tb"},
-        {"\"", "\""},
-        {"\xC2\xB5s", "_s"},
-        {"\xE2\x84\xA6", "_"},
-        {"\xF0\x9F\x98\x80/\xC2\xB0"
-         "C",
-         "_/_C"},
-    };
-    for (const auto& row : rows) {
+struct UnitRow {
+    const char* given;
+    const char* folded;
+};
+
+// Neither form is trimmed.
+constexpr UnitRow kUnits[] = {
+    {"", ""},
+    {"V", "V"},
+    {"km/h", "km/h"},
+    {" V ", " V "},
+    {"a\tb", "a\tb"},
+    {"\"", "\""},
+    {"\xC2\xB5s", "_s"},
+    {"\xE2\x84\xA6", "_"},
+    {"\xF0\x9F\x98\x80/\xC2\xB0"
+     "C",
+     "_/_C"},
+};
+
+TEST_F(AppendedSignal, UnitIsFoldedToAscii) {
+    for (const UnitRow& row : kUnits) {
         SCOPED_TRACE(Shown(row.given));
         CanSignalData record = SignalRecord("S");
         SetField(record.unit, row.given);
-        const CanSignalData data = Append(record);
-        EXPECT_EQ(Field(data.unit), row.unit);
-        EXPECT_EQ(Field(data.unitAsWritten), row.given);
+        EXPECT_EQ(Field(Append(record).unit), row.folded);
     }
 }
 
-TEST_F(AppendedSignal, ReceiversAreSplitTrimmedAndMadeIdentifiers) {
-    const struct {
-        std::string given;
-        std::string expected;
-    } rows[] = {
+TEST_F(AppendedSignal, UnitAsWrittenIsTheOneGiven) {
+    for (const UnitRow& row : kUnits) {
+        SCOPED_TRACE(Shown(row.given));
+        CanSignalData record = SignalRecord("S");
+        SetField(record.unit, row.given);
+        EXPECT_EQ(Field(Append(record).unitAsWritten), row.given);
+    }
+}
+
+struct ReceiversRow {
+    std::string given;
+    std::string expected;
+};
+
+void ExpectReceivers(const std::vector<ReceiversRow>& rows) {
+    for (const ReceiversRow& row : rows) {
+        SCOPED_TRACE(Shown(row.given));
+        CanSignalData record = SignalRecord("S");
+        SetField(record.receivers, row.given);
+        const uint32_t index = NumSignals(0);
+        ASSERT_TRUE(Library().AppendCanSignalToCanMessage(0, &record));
+        EXPECT_EQ(Field(SignalAt(0, index).receivers), row.expected);
+    }
+}
+
+TEST_F(AppendedSignal, ReceiversAreSplitAtCommas) {
+    ExpectReceivers({
         {"", ""},
         {"A", "A"},
         {"ECU1,ECU2", "ECU1,ECU2"},
-        {"ECU1, ECU2", "ECU1,ECU2"},
-        {" \t\n\v\f\rA \t\n\v\f\r", "A"},
-        {"ECU1 ECU2", "ECU1_ECU2"},
-        {"ECU1  ECU2", "ECU1__ECU2"},
         {"A,A", "A,A"},
         {",", ""},
-        {" , ", ""},
         {",A", "A"},
         {"A,", "A"},
         {",,A,,B,,", "A,B"},
+    });
+}
+
+TEST_F(AppendedSignal, ReceiversAreTrimmed) {
+    ExpectReceivers({
+        {"ECU1, ECU2", "ECU1,ECU2"},
+        {" \t\n\v\f\rA \t\n\v\f\r", "A"},
+        {" , ", ""},
+    });
+}
+
+TEST_F(AppendedSignal, ReceiversAreMadeIdentifiers) {
+    ExpectReceivers({
+        {"ECU1 ECU2", "ECU1_ECU2"},
+        {"ECU1  ECU2", "ECU1__ECU2"},
         {"A;", "A_"},
         {"A;B", "A_B"},
         {"1A,2B", "_A,_B"},
@@ -261,13 +318,7 @@ TEST_F(AppendedSignal, ReceiversAreSplitTrimmedAndMadeIdentifiers) {
         {std::string(31, 'r') + "\xC3\xA4"
                                 "x,B",
          std::string(31, 'r') + "_,B"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(Shown(row.given));
-        CanSignalData record = SignalRecord("S");
-        SetField(record.receivers, row.given);
-        EXPECT_EQ(Field(Append(record).receivers), row.expected);
-    }
+    });
 }
 
 TEST_F(AppendedSignal, AFloatOfAnotherSizeBecomesASignedInteger) {
@@ -385,29 +436,42 @@ TEST_F(AppendedSignal, GoesToItsMessageInOrder) {
     EXPECT_EQ(Field(SignalAt(1, 0).name), "B");
 }
 
-TEST_F(AppendedSignal, TheTenThousandAndFirstIsDroppedAndStillTrue) {
-    ASSERT_TRUE(AppendMessage(2, "Other"));
-    const CanSignalData record = SignalRecord("S");
-    for (int i = 0; i < 9999; ++i) {
-        ASSERT_TRUE(Library().AppendCanSignalToCanMessage(0, &record)) << i;
+// A message that takes no more signals; the last one is named "Last".
+class SignalBeyondTenThousand : public AppendedSignal {
+protected:
+    void SetUp() override {
+        AppendedSignal::SetUp();
+        const CanSignalData record = SignalRecord("S");
+        for (int i = 0; i < 9999; ++i) {
+            ASSERT_TRUE(Library().AppendCanSignalToCanMessage(0, &record)) << i;
+        }
+        ASSERT_TRUE(AppendSignal(0, "Last"));
+        ASSERT_EQ(NumSignals(0), 10000U);
     }
-    ASSERT_TRUE(AppendSignal(0, "Last"));
-    EXPECT_EQ(NumSignals(0), 10000U);
-    EXPECT_TRUE(AppendSignal(0, "Dropped"));
-    EXPECT_TRUE(AppendSignal(0, "Dropped"));
+};
+
+TEST_F(SignalBeyondTenThousand, IsDropped) {
+    AppendSignal(0, "Dropped");
+    AppendSignal(0, "Dropped");
     EXPECT_EQ(NumSignals(0), 10000U);
     EXPECT_EQ(MessageAt(0).numSignals, 10000U);
     EXPECT_EQ(Field(SignalAt(0, 9999).name), "Last");
     CanSignalData data{};
     EXPECT_FALSE(Library().GetCanSignalData(0, 10000, &data));
-    EXPECT_TRUE(AppendSignal(1, "Fits"));  // each message counts its own
+}
+
+TEST_F(SignalBeyondTenThousand, IsNoFailure) {
+    EXPECT_TRUE(AppendSignal(0, "Dropped"));
+    EXPECT_TRUE(AppendSignal(0, "Dropped"));
+}
+
+TEST_F(SignalBeyondTenThousand, OfOneMessageLeavesRoomInAnother) {
+    ASSERT_TRUE(AppendMessage(2, "Other"));
+    EXPECT_TRUE(AppendSignal(1, "Fits"));
     EXPECT_EQ(NumSignals(1), 1U);
 }
 
-TEST_F(AppendedSignal, ABrokenTextIsRefusedEvenWhereTheSignalWouldBeDropped) {
-    for (int i = 0; i < 10000; ++i) {
-        ASSERT_TRUE(AppendSignal(0, "S")) << i;
-    }
+TEST_F(SignalBeyondTenThousand, WithABrokenTextIsRefusedAllTheSame) {
     EXPECT_FALSE(AppendSignal(0, "\x80"));
 }
 

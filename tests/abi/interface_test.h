@@ -15,6 +15,7 @@
 #include <string_view>
 
 #include "abi/library_under_test.h"
+#include "shown.h"
 #include "tabrin.h"
 
 #ifndef TABRIN_TEMP_DIR

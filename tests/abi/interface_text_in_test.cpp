@@ -78,16 +78,6 @@ struct TextRow {
     Taken taken;
 };
 
-std::string Shown(std::string_view text) {
-    std::string shown;
-    for (const char c : text) {
-        char byte[8];
-        std::snprintf(byte, sizeof byte, "%02X ", static_cast<unsigned>(static_cast<unsigned char>(c)));
-        shown += byte;
-    }
-    return shown;
-}
-
 void ExpectTaken(const InputField& field, const TextRow& row) {
     SCOPED_TRACE(testing::Message() << field.what << ": " << Shown(row.text));
     EXPECT_EQ(field.append(row.text), row.taken);
