@@ -83,25 +83,44 @@ TEST_F(DatabaseInformation, SettingItLeavesMessagesAlone) {
     EXPECT_EQ(Field(MessageAt(0).name), "Kept");
 }
 
-TEST_F(DatabaseInformation, ClearingResetsTheProtocolAndKeepsTheFdFlag) {
-    Set(2, 1);
-    EXPECT_TRUE(Library().ClearData());
-    EXPECT_EQ(Info().protocolType, 0U);
-    EXPECT_EQ(Info().canFd, 1U);
+// Also those outside the lists.
+constexpr uint32_t kProtocols[] = {0, 1, 2, 7};
+constexpr uint32_t kFdFlags[] = {0, 1, 2};
+
+TEST_F(DatabaseInformation, ClearingResetsTheProtocol) {
+    for (const uint32_t protocol : kProtocols) {
+        SCOPED_TRACE(protocol);
+        Set(protocol, 1);
+        EXPECT_TRUE(Library().ClearData());
+        EXPECT_EQ(Info().protocolType, 0U);
+    }
 }
 
-TEST_F(DatabaseInformation, ClearingKeepsAnFdFlagOutsideTheListToo) {
-    Set(7, 2);
-    EXPECT_TRUE(Library().ClearData());
-    EXPECT_EQ(Info().protocolType, 0U);
-    EXPECT_EQ(Info().canFd, 2U);
+TEST_F(DatabaseInformation, ClearingKeepsTheFdFlag) {
+    for (const uint32_t flag : kFdFlags) {
+        SCOPED_TRACE(flag);
+        Set(2, flag);
+        EXPECT_TRUE(Library().ClearData());
+        EXPECT_EQ(Info().canFd, flag);
+    }
 }
 
-TEST_F(DatabaseInformation, ReadingAFileWithoutBusTypeResetsTheProtocolAndKeepsTheFdFlag) {
-    Set(2, 1);
-    ASSERT_EQ(ReadText("VERSION \"\"\n"), kDone);
-    EXPECT_EQ(Info().protocolType, 0U);
-    EXPECT_EQ(Info().canFd, 1U);
+TEST_F(DatabaseInformation, ReadingResetsTheProtocol) {
+    for (const uint32_t protocol : kProtocols) {
+        SCOPED_TRACE(protocol);
+        Set(protocol, 1);
+        ASSERT_EQ(ReadText("VERSION \"\"\n"), kDone);
+        EXPECT_EQ(Info().protocolType, 0U);
+    }
+}
+
+TEST_F(DatabaseInformation, ReadingAFileWithoutBusTypeKeepsTheFdFlag) {
+    for (const uint32_t flag : kFdFlags) {
+        SCOPED_TRACE(flag);
+        Set(2, flag);
+        ASSERT_EQ(ReadText("VERSION \"\"\n"), kDone);
+        EXPECT_EQ(Info().canFd, flag);
+    }
 }
 
 TEST_F(DatabaseInformation, AReadThatCannotOpenItsFileClearsAllTheSame) {
@@ -117,13 +136,17 @@ TEST_F(DatabaseInformation, ClearingAnEmptyDatabaseIsDone) {
     EXPECT_EQ(DumpDatabase(), "info 0 0\n");
 }
 
-TEST_F(DatabaseInformation, ClearingEmptiesMessagesAndErrors) {
-    ASSERT_EQ(ReadText("BO_ 1 Good: 8 N\n SG_ S : 0|8@1+ (1,0) [0|1] \"\" N\nBO_ x Bad: 8 N\nBO_ 2 Next: 8 N\n"),
-              kDone);
+TEST_F(DatabaseInformation, ClearingRemovesTheMessages) {
+    ASSERT_EQ(ReadText("BO_ 1 Good: 8 N\n SG_ S : 0|8@1+ (1,0) [0|1] \"\" N\nBO_ 2 Next: 8 N\n"), kDone);
     ASSERT_EQ(NumMessages(), 2U);
-    ASSERT_EQ(NumErrors(), 1U);
     EXPECT_TRUE(Library().ClearData());
     EXPECT_EQ(Library().GetNumCanMessages(), 0);
+}
+
+TEST_F(DatabaseInformation, ClearingRemovesTheErrors) {
+    ASSERT_EQ(ReadText("BO_ x Bad: 8 N\nBO_ 2 Next: 8 N\n"), kDone);
+    ASSERT_EQ(NumErrors(), 1U);
+    EXPECT_TRUE(Library().ClearData());
     EXPECT_EQ(Library().GetNumCanErrors(), 0);
 }
 

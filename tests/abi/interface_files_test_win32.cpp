@@ -78,7 +78,7 @@ TEST_F(WindowsFile, OnADriveThatIsMissingIsRefused) {
         }
         for (const char* rest : {":\\file.dbc", ":/file.dbc", ":file.dbc"}) {
             const std::string path = letter + std::string(rest);
-            SCOPED_TRACE(path);
+            SCOPED_TRACE(Shown(path));
             EXPECT_EQ(WriteFile(path, TABRIN_ORDER_DATABASE), kNotOpened);
             EXPECT_EQ(NumMessages(), 1U);
             EXPECT_EQ(ReadFile(path), kNotOpened);
@@ -102,7 +102,7 @@ TEST_F(WindowsFile, IsFoundWithSlashesOfBothKinds) {
     ASSERT_NE(mixed, path_);
     ASSERT_NE(mixed, backward);
     for (const std::string& path : {backward, mixed}) {
-        SCOPED_TRACE(path);
+        SCOPED_TRACE(Shown(path));
         EXPECT_EQ(ReadFile(path), kDone);
         EXPECT_EQ(NumMessages(), 1U);
         ASSERT_TRUE(AppendMessage(2, "New"));
@@ -115,7 +115,7 @@ TEST_F(WindowsFile, IsFoundWithSlashesOfBothKinds) {
 // The device that takes everything and gives nothing.
 TEST_F(WindowsFile, OfTheNameNulIsEmptyAndTakesAll) {
     for (const char* path : {"NUL", "nul", "\\\\.\\NUL"}) {
-        SCOPED_TRACE(path);
+        SCOPED_TRACE(Shown(path));
         EXPECT_EQ(ReadFile(path), kDone);
         EXPECT_EQ(NumMessages(), 0U);
         ASSERT_TRUE(AppendMessage(1, "M"));
@@ -128,7 +128,7 @@ TEST_F(WindowsFile, OfTheNameNulIsEmptyAndTakesAll) {
 // answer is one of those that tell of a device: opened and written or read, broken off, or not opened.
 TEST_F(WindowsFile, OfAReservedNameIsNoFile) {
     for (const char* name : {"COM1", "COM9", "LPT1", "AUX", "PRN", "com5"}) {
-        SCOPED_TRACE(name);
+        SCOPED_TRACE(Shown(name));
         ASSERT_TRUE(AppendMessage(1, "M"));
         const Outcome outcome = WriteFile(name, TABRIN_ORDER_DATABASE);
         EXPECT_TRUE(outcome.status == TABRIN_STATUS_NOT_OPENED || outcome.status == TABRIN_STATUS_FAILED ||

@@ -59,6 +59,12 @@ protected:
         return record;
     }
 
+    // For the messages of failing rows.
+    template <typename Record>
+    static std::string BytesOf(const Record& record) {
+        return Shown({reinterpret_cast<const char*>(&record), sizeof record});
+    }
+
     template <size_t Size>
     static bool IsTaken(const char (&field)[Size]) {
         std::string text;
@@ -75,7 +81,7 @@ TEST_F(AnyBytes, InAMessageRecordAreTakenOrRefused) {
         SCOPED_TRACE(i);
         const auto record = AnyRecord<CanMessageData>();
         const bool valid = IsTaken(record.name) && IsTaken(record.transmitter) && IsTaken(record.comment);
-        ASSERT_EQ(Library().AppendCanMessage(&record), valid);
+        ASSERT_EQ(Library().AppendCanMessage(&record), valid) << BytesOf(record);
         taken += valid ? 1 : 0;
         ASSERT_EQ(NumMessages(), taken);
         if (valid) {
@@ -98,7 +104,7 @@ TEST_F(AnyBytes, InASignalRecordAreTakenOrRefused) {
         const auto record = AnyRecord<CanSignalData>();
         const bool valid =
             IsTaken(record.name) && IsTaken(record.unit) && IsTaken(record.receivers) && IsTaken(record.comment);
-        ASSERT_EQ(Library().AppendCanSignalToCanMessage(0, &record), valid);
+        ASSERT_EQ(Library().AppendCanSignalToCanMessage(0, &record), valid) << BytesOf(record);
         taken += valid ? 1 : 0;
         ASSERT_EQ(NumSignals(0), taken);
         if (valid) {
@@ -125,7 +131,7 @@ TEST_F(AnyBytes, InAValueDescriptionAreTakenOrRefused) {
         // Each value once: records of the same few bytes would all be about the same values.
         record.value = static_cast<int32_t>(i * 0x9E3779B1U);
         const bool valid = IsTaken(record.text);
-        ASSERT_EQ(Library().AppendEnumToCanSignal(0, 0, &record), valid);
+        ASSERT_EQ(Library().AppendEnumToCanSignal(0, 0, &record), valid) << BytesOf(record);
         taken += valid ? 1 : 0;
         ASSERT_EQ(NumEnums(0, 0), taken);
     }

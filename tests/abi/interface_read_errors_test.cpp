@@ -38,7 +38,7 @@ struct Row {
 };
 
 void ExpectRead(const Row& row) {
-    SCOPED_TRACE(row.file);
+    SCOPED_TRACE(Shown(row.file));
     EXPECT_EQ(ReadText(row.file), kDone);
     EXPECT_EQ(Contents(), row.contents);
     EXPECT_EQ(Errors(), row.errors);

@@ -77,7 +77,7 @@ TEST_F(ReadStatus, OfAPathThatIsNotUtf8) {
         "\x80", "a\x80.dbc", "\xC3(.dbc", "a\xE2\x82.dbc", "\xC0\xAF.dbc", "\xED\xA0\x80.dbc", "\xF4\x90\x80\x80.dbc",
     };
     for (const std::string_view path : paths) {
-        SCOPED_TRACE(path);
+        SCOPED_TRACE(Shown(path));
         EXPECT_EQ(ReadBuffer(std::string(path) + '\0'), (Outcome{false, 4}));
     }
 }
@@ -128,7 +128,7 @@ TEST_F(ReadStatus, OfWhatCannotBeOpened) {
         " ",
     };
     for (const std::string& path : paths) {
-        SCOPED_TRACE(path);
+        SCOPED_TRACE(Shown(path));
         ASSERT_TRUE(AppendMessage(1, "Old"));
         EXPECT_EQ(ReadFile(path), (Outcome{false, 6}));
         EXPECT_EQ(NumMessages(), 0U);  // cleared before the file was looked for
@@ -143,7 +143,7 @@ TEST_F(ReadStatus, OfAPathBeyondAscii) {
         "a b\xCC\x88.dbc",               // a combining mark stays what it is
     };
     for (const char* name : names) {
-        SCOPED_TRACE(name);
+        SCOPED_TRACE(Shown(name));
         const std::string path = TempPath(name);
         WriteBytes(path, kOneMessage);
         EXPECT_EQ(ReadFile(path), (Outcome{true, 2}));
@@ -166,7 +166,7 @@ TEST_F(ReadStatus, OfEveryRefusalLeavesAnEmptyDatabase) {
     const std::string refused[] = {std::string(261, 'x'), std::string("\x80.dbc\0", 6), std::string(1, '\0'),
                                    "missing.dbc"};
     for (const std::string& buffer : refused) {
-        SCOPED_TRACE(buffer);
+        SCOPED_TRACE(Shown(buffer));
         ASSERT_EQ(ReadText("BO_ 1 M: 8 N\nBO_ x: 8 N\nVERSION \"\"\n"), kDone);
         ASSERT_EQ(NumMessages(), 1U);
         ASSERT_EQ(NumErrors(), 1U);

@@ -121,7 +121,7 @@ TEST_F(ReadFileContents, AreEmptyForAFileWithoutStatements) {
         "\xFF\xFE" + std::string("B\0O\0_\0 \0", 8),
     };
     for (const std::string& file : files) {
-        SCOPED_TRACE(file);
+        SCOPED_TRACE(Shown(file));
         ASSERT_TRUE(AppendMessage(1, "Old"));
         EXPECT_EQ(ReadText(file), kDone);
         EXPECT_EQ(DumpDatabase(), "info 0 0\n");
@@ -171,7 +171,7 @@ std::string Messages() {
 }
 
 void ExpectMessages(const MessageRow& row) {
-    SCOPED_TRACE(row.file);
+    SCOPED_TRACE(Shown(row.file));
     EXPECT_EQ(ReadText(row.file), kDone);
     EXPECT_EQ(Messages(), row.messages);
     EXPECT_EQ(NumErrors(), 0U);

@@ -71,7 +71,7 @@ void ExpectSameBytes(const std::string& actual, const std::string& expected) {
 
 class RecordBytes : public InterfaceTest {};
 
-TEST_F(RecordBytes, AMessageFillsItsFieldsAndNothingElse) {
+TEST_F(RecordBytes, AMessageFillsItsFieldsOnly) {
     ASSERT_EQ(ReadText("BO_ 2364540158 Engine Data: 8 ECU\n"
                        " SG_ A : 0|8@1+ (1,0) [0|1] \"\" N\n"
                        " SG_ B : 8|8@1+ (1,0) [0|1] \"\" N\n"
@@ -109,7 +109,7 @@ TEST_F(RecordBytes, AMessageWithoutTextsGetsOneNulInEachField) {
                                          .Bytes());
 }
 
-TEST_F(RecordBytes, ASignalFillsItsFieldsAndNothingElse) {
+TEST_F(RecordBytes, ASignalFillsItsFieldsOnly) {
     ASSERT_TRUE(AppendMessage(1, "M"));
     CanSignalData record{};
     SetField(record.name, "Oil Temp");
@@ -176,7 +176,7 @@ TEST_F(RecordBytes, ASignalWithoutTextsGetsOneNulInEachField) {
     ExpectSameBytes(SignalBytes(0, 0), image.Bytes());
 }
 
-TEST_F(RecordBytes, AValueDescriptionFillsItsFieldsAndNothingElse) {
+TEST_F(RecordBytes, AValueDescriptionFillsItsFieldsOnly) {
     ASSERT_TRUE(AppendMessage(1, "M"));
     ASSERT_TRUE(AppendSignal(0, "S"));
     ASSERT_TRUE(AppendEnum(0, 0, -2, "Off"));
@@ -185,7 +185,7 @@ TEST_F(RecordBytes, AValueDescriptionFillsItsFieldsAndNothingElse) {
     ExpectSameBytes(EnumBytes(0, 0, 1), Image(260).U32(0, 0x01020304U).Text(4, "").Bytes());
 }
 
-TEST_F(RecordBytes, AnErrorFillsItsFieldsAndNothingElse) {
+TEST_F(RecordBytes, AnErrorFillsItsFieldsOnly) {
     ASSERT_EQ(ReadText("VERSION \"\"\nBO_ 7 Bad\nBO_ 8 Good: 8 N\nSG_ Bad\nVERSION \"\"\n"), kDone);
     ASSERT_EQ(NumErrors(), 2U);
     ExpectSameBytes(ErrorBytes(0), Image(264).U32(0, 1).U32(4, 2).Text(8, "BO_ 7 Bad").Bytes());

@@ -48,7 +48,7 @@ TEST_F(AppendedValueDescription, TextIsKeptByteForByte) {
     const char* const texts[] = {"", " ", " a  b ", "say \"hi\"", "back\\slash", "a\tb\nc", "\xC3\xA4\xE2\x82\xAC"};
     int32_t value = 0;
     for (const char* text : texts) {
-        SCOPED_TRACE(text);
+        SCOPED_TRACE(Shown(text));
         ASSERT_TRUE(AppendEnum(0, 0, value, text));
         EXPECT_EQ(Field(EnumAt(0, 0, static_cast<uint32_t>(value)).text), text);
         ++value;

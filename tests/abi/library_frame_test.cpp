@@ -31,6 +31,7 @@ TEST(LibraryFrame, OtherNamesAreNotFound) {
 TEST(LibraryFrame, ACopyOfTheFileCanBeLoadedBesideItAndUnloaded) {
     const std::string copy = LibraryUnderTest::CopyOfLibrary("library_frame_copy.bin");
     for (int round = 0; round < 3; ++round) {
+        SCOPED_TRACE(round);
         const LibraryUnderTest second(copy);
         EXPECT_NE(second.Find("TabrinClearData"), LibraryUnderTest::Shared().Find("TabrinClearData"));
         EXPECT_EQ(second.GetLibraryVersion(), 1.31F);
