@@ -19,11 +19,11 @@ class Check(ProgramTest):
         found = [line.split(":")[1] for line in self.check(text).splitlines() if ": error " in line]
         return [int(number) for number in found]
 
-    def test_file_without_errors(self):
+    def test_file_without_errors_is_counted(self):
         self.assertEqual("a.dbc: 1 message, 0 signals, 0 errors\n",
                          self.check(head("BO_ 1 A: 8 Engine"), status=0))
 
-    def test_each_code_in_words(self):
+    def test_each_code_is_put_in_words(self):
         good = "BO_ 9 Good: 8 Engine"
         cases = (
             (0, [], "BO_ x A: 8 Engine", "no message identifier"),
@@ -39,7 +39,7 @@ class Check(ProgramTest):
             with self.subTest(statement):
                 output = self.check(head(*before, statement, END, ""))
                 self.assertTrue(output.startswith(f"a.dbc:{4 + len(before)}: error {code}: {words}: "), output)
-                self.assertIn(f" has to follow " if code in (0, 2) else " have to follow ", output)
+                self.assertIn(" has to follow " if code in (0, 2) else " have to follow ", output)
                 self.assertTrue(output.endswith(
                     f"\n    {statement}\na.dbc: {len(before)} message{'s' * (1 - len(before))}, 0 signals, 1 error\n"
                     + AFTER_ERRORS), output)
@@ -65,7 +65,7 @@ class Check(ProgramTest):
             with self.subTest(name):
                 self.assertEqual(expected, self.lines(text))
 
-    def test_line_of_a_statement_that_the_library_repairs(self):
+    def test_statement_that_the_library_repairs_has_its_line(self):
         text = head("BO_ x Bl\u00e4tter\x01: 8 Engine", "", END).encode("latin-1")
         self.assertEqual([4], self.lines(text))
 
@@ -73,7 +73,7 @@ class Check(ProgramTest):
         output = self.check(head("BO_ x A", " 1", " 2", " 3", " 4", END))
         self.assertIn("\n    BO_ x A\n     1\n     2\n    ...\na.dbc: ", output)
 
-    def test_several_files(self):
+    def test_several_files_are_summed_up(self):
         self.write("good.dbc", head("BO_ 1 A: 8 Engine", ' SG_ S : 0|8@1+ (1,0) [0|0] "" Gear'))
         self.write("bad.dbc", head("BO_ x A: 8 Engine", "BO_ 2 B: 8 Engine", END))
         status, output, errors = self.run_program("check", "good.dbc", "bad.dbc")

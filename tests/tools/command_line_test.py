@@ -11,11 +11,13 @@ COMMANDS = ("show", "check", "convert")
 
 
 class Arguments(ProgramTest):
-    def test_help(self):
+    def test_help_names_commands(self):
         status, output, errors = self.run_program("--help")
         self.assertEqual((0, ""), (status, errors))
         for word in (*COMMANDS, "--version", "Exit status: 0"):
             self.assertIn(word, output)
+
+    def test_help_of_a_command_names_its_arguments(self):
         for command, words in (("show", ("FILE", "MESSAGE", "--json", "--color")), ("check", ("FILE", "--color")),
                                ("convert", ("IN", "OUT", "--order", "--force"))):
             with self.subTest(command):
@@ -24,7 +26,7 @@ class Arguments(ProgramTest):
                 for word in (*words, "--help", "--version"):
                     self.assertIn(word, output)
 
-    def test_version(self):
+    def test_version_is_that_of_program_and_library(self):
         for arguments in (["--version"], *([command, "--version"] for command in COMMANDS)):
             with self.subTest(arguments):
                 status, output, errors = self.run_program(*arguments)
@@ -32,7 +34,7 @@ class Arguments(ProgramTest):
                 self.assertTrue(output.startswith("tabrin 1.31\nlibrary 1.31 ("), output)
                 self.assertIn(Settings.library.name + ")\n", output)
 
-    def test_wrong_calls(self):
+    def test_wrong_calls_are_answered_with_what_is_wrong(self):
         for arguments, word in (([], "name a command: show, check or convert"), (["paint"], "paint"), (["--paint"], "--paint"),
                                 (["show"], "FILE"), (["check"], "FILE"), (["convert", "a.dbc"], "OUT"),
                                 (["show", "a", "b", "c"], "c"), (["show", "a.dbc", "--force"], "--force"),
@@ -45,7 +47,7 @@ class Arguments(ProgramTest):
 
 
 class Files(ProgramTest):
-    def test_unusual_names(self):
+    def test_files_with_unusual_names_are_used(self):
         names = ["Zählung 速度 🚗.dbc", "[a,b].dbc", "a=b.dbc", "100%.dbc", "#1 'x'.dbc", "-x.dbc"]
         if not Settings.windows:
             names += ['"quoted".dbc', "back\\slash.dbc", "*.dbc"]
@@ -60,7 +62,7 @@ class Files(ProgramTest):
                 self.assertEqual(0, status)
                 self.assertTrue(output.startswith("A  0x001 (1), 8 bytes"), output)
 
-    def test_folder_with_an_unusual_name(self):
+    def test_folder_with_an_unusual_name_is_used(self):
         folder = self.folder / "Prüfstand №1"
         folder.mkdir()
         (folder / "a.dbc").write_text(ONE)
@@ -69,7 +71,7 @@ class Files(ProgramTest):
         self.assertEqual(0, self.run_program("convert", "Prüfstand №1/a.dbc", "Prüfstand №1/b.dbc")[0])
         self.assertEqual(["a.dbc", "b.dbc"], sorted(os.listdir(folder)))
 
-    def test_files_that_cannot_be_read(self):
+    def test_files_that_cannot_be_read_are_told(self):
         (self.folder / "folder").mkdir()
         self.write("a.dbc", ONE)
         for path, words in (("none.dbc", "none.dbc: there is no such file: check its name and folder"),
@@ -79,11 +81,13 @@ class Files(ProgramTest):
                             ("./" * 129 + "a.dbc", "its path is longer than 259 bytes: change into its folder")):
             with self.subTest(path):
                 self.expect_failure(["show", path], "tabrin: ", words)
-        # The longest path that is possible: 259 bytes.
+
+    def test_path_of_259_bytes_is_read(self):
+        self.write("a.dbc", ONE)
         self.assertEqual(0, self.run_program("check", "./" * 127 + "a.dbc")[0])
 
     @only_on_linux("under Wine everything can be read")
-    def test_file_without_permission(self):
+    def test_file_without_permission_is_told(self):
         path = self.write("a.dbc", ONE)
         path.chmod(0)
         if os.geteuid() != 0:
@@ -101,7 +105,7 @@ class Files(ProgramTest):
                             "a.dbc: it cannot be opened: check whether you may read it", program="setpriv")
 
     @only_on_linux("paths of Windows cannot be invalid UTF-8")
-    def test_name_that_is_not_utf8(self):
+    def test_name_that_is_not_utf8_is_refused(self):
         with open(os.path.join(os.fsencode(self.folder), b"\xff.dbc"), "w") as file:
             file.write(ONE)
         done = subprocess.run([Settings.program, "check", b"\xff.dbc"], cwd=self.folder, capture_output=True, check=False)
@@ -129,7 +133,7 @@ class LibraryFile(ProgramTest):
         self.write("a.dbc", ONE)
         self.variable = "PATH" if Settings.windows else "LD_LIBRARY_PATH"
 
-    def test_missing(self):
+    def test_missing_library_is_told(self):
         # On Windows a library in the current folder must not be taken.
         if Settings.windows:
             shutil.copy(Settings.library, self.folder)
@@ -140,22 +144,22 @@ class LibraryFile(ProgramTest):
         self.assertIn(Settings.library.name + ": no such file", errors.replace("\\", "/").replace("Z:", ""))
         self.expect_failure(["--version"], "tabrin 1.31 without its library: the library", program=self.program)
 
-    def test_help_needs_none(self):
+    def test_help_needs_no_library(self):
         self.assertEqual(0, self.run_program("--help", program=self.program)[0])
 
-    def test_beside_the_program(self):
+    def test_library_beside_the_program_is_found(self):
         shutil.copy(Settings.library, self.folder / "bin")
         self.assertEqual(0, self.run_program("check", "a.dbc", program=self.program)[0])
 
     @only_on_linux("on Windows it lies beside the program")
-    def test_in_the_folder_of_libraries(self):
+    def test_library_in_the_folder_of_libraries_is_found(self):
         (self.folder / "lib").mkdir()
         shutil.copy(Settings.library, self.folder / "lib")
         status, output, errors = self.run_program("--version", program=self.program)
         self.assertEqual((0, ""), (status, errors))
         self.assertIn(f"({self.folder}/lib/{Settings.library.name})", output)
 
-    def test_on_the_search_path(self):
+    def test_library_on_the_search_path_is_found(self):
         (self.folder / "elsewhere ü").mkdir()
         shutil.copy(Settings.library, self.folder / "elsewhere ü")
         if Settings.windows:
@@ -165,14 +169,14 @@ class LibraryFile(ProgramTest):
         self.assertEqual((0, "a.dbc: 1 message, 1 signal, 0 errors\n", ""),
                          self.run_program("check", "a.dbc", program=self.program, env=environment))
 
-    def test_file_that_is_no_library(self):
+    def test_file_that_is_no_library_is_told(self):
         (self.folder / "bin" / Settings.library.name).write_text("no library" * 100)
         self.expect_failure(["check", "a.dbc"], "cannot be loaded",
                             "no library for 64-bit programs" if Settings.windows else "invalid ELF header",
                             program=self.program)
 
     @only_on_linux("needs some library of the system")
-    def test_library_without_the_functions(self):
+    def test_library_without_the_functions_is_refused(self):
         command = ["cc", "-shared", "-o", self.folder / "bin" / Settings.library.name, "-x", "c", os.devnull]
         subprocess.run(command, check=True)
         self.expect_failure(["check", "a.dbc"], "is not the library that this program needs: it has no function Tabrin",
@@ -181,7 +185,7 @@ class LibraryFile(ProgramTest):
 
 class Output(ProgramTest):
     @only_on_linux("there is no full device on Windows")
-    def test_that_cannot_be_written(self):
+    def test_output_that_cannot_be_written_is_told(self):
         self.write("a.dbc", ONE)
         for arguments in (["show", "a.dbc"], ["check", "a.dbc"], ["show", "a.dbc", "--json"], ["--help"], ["--version"]):
             with self.subTest(arguments), open("/dev/full", "wb") as full:
@@ -217,7 +221,7 @@ class Output(ProgramTest):
                 self.assertEqual(coloured, b"\x1b[" in output)
 
     @only_on_linux("signals are of Unix")
-    def test_reader_that_goes_away(self):
+    def test_reader_that_goes_away_causes_no_complaint(self):
         self.write("a.dbc", ONE)
         line = f"'{Settings.program}' show a.dbc | true; exit ${{PIPESTATUS[0]}}"
         done = subprocess.run(["bash", "-c", line], cwd=self.folder, capture_output=True, check=False)

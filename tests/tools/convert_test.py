@@ -23,7 +23,7 @@ class Convert(ProgramTest):
         self.assertEqual(text.count("\n"), text.count("\r\n"))
         return [line for line in text.split("\r\n") if line.startswith("BO_ ")]
 
-    def test_orders(self):
+    def test_messages_are_in_the_order_asked_for(self):
         a, b, c = "BO_ 20 A: 8 Engine", "BO_ 1 B: 8 Engine", "BO_ 300 C: 8 Engine"
         for options, expected, words in (
                 (["--order", "id"], [c, a, b], "by identifier, the largest first"),
@@ -62,7 +62,7 @@ class Convert(ProgramTest):
         self.assertTrue(errors.endswith("tabrin: 1 statement of bad.dbc cannot be read and is missing in out.dbc\n"))
         self.assertEqual(["BO_ 1 A: 8 Engine"], self.message_lines("out.dbc"))
 
-    def test_input_that_cannot_be_used(self):
+    def test_input_that_cannot_be_used_costs_no_file(self):
         self.write("out.dbc", "precious")
         self.write("empty.dbc", head())
         for name, words in (("none.dbc", "there is no such file"), ("empty.dbc", "there are no messages in it"),
@@ -72,7 +72,7 @@ class Convert(ProgramTest):
                 self.assertEqual(b"precious", (self.folder / "out.dbc").read_bytes())
                 self.assertEqual(["empty.dbc", "in.dbc", "out.dbc"], self.names())
 
-    def test_output_that_cannot_be_used(self):
+    def test_output_that_cannot_be_used_is_refused(self):
         (self.folder / "folder").mkdir()
         for name, words in (("folder", "this is a folder"), ("none/out.dbc", "no file can be made in its folder"),
                             ("", "the path to write to is empty")):
@@ -80,21 +80,21 @@ class Convert(ProgramTest):
                 self.expect_failure(["convert", "in.dbc", name, "--force"], words)
                 self.assertEqual(["folder", "in.dbc"], self.names())
 
-    def test_output_path_that_is_too_long(self):
+    def test_output_path_that_is_too_long_is_refused(self):
         path = "/".join(["0123456789" * 12] * 2)
         (self.folder / path).mkdir(parents=True)
         self.expect_failure(["convert", "in.dbc", path + "/o.dbc"], "its path is longer than about 230 bytes")
         self.assertEqual([], os.listdir(self.folder / path))
 
     @only_on_linux("Wine has no special files")
-    def test_output_that_is_no_ordinary_file(self):
+    def test_output_that_is_no_ordinary_file_is_refused(self):
         pipe = self.folder / "pipe"
         os.mkfifo(pipe)
         self.expect_failure(["convert", "in.dbc", "pipe", "--force"], "pipe: this is no ordinary file")
         self.assertTrue(stat.S_ISFIFO(pipe.stat().st_mode))
 
     @only_on_linux("the limit on the size of files, which stands for a full disk, is one of Linux")
-    def test_full_disk(self):
+    def test_full_disk_costs_no_file(self):
         import resource
         for existing in (None, b"precious"):
             with self.subTest(existing):

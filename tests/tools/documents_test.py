@@ -16,7 +16,7 @@ def examples():
 
 
 class SubsetDocument(ProgramTest):
-    def test_examples(self):
+    def test_examples_are_written_as_shown(self):
         count = 0
         for file, expected, line in examples():
             with self.subTest(f"line {line}"):

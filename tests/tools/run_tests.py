@@ -72,7 +72,7 @@ def parse_arguments():
     parser.add_argument("--emulator", default="")
     parser.add_argument("--windows", action="store_true")
     parser.add_argument("--report", type=pathlib.Path)
-    parser.add_argument("names", nargs="*", help="only these, for example show_test.JsonOutput")
+    parser.add_argument("names", nargs="*", help="only these, for example show_test.ShowJson")
     return parser.parse_args()
 
 

@@ -6,7 +6,7 @@ from support import END, ProgramTest, Settings, head
 
 
 class ShowText(ProgramTest):
-    def test_whole_file(self):
+    def test_whole_file_is_shown(self):
         self.write("a.dbc", head(
             "BO_ 256 Status: 2 Engine",
             ' SG_ Speed : 4|12@1+ (0.1,0) [0|100] "km/h" Gear,Dash',
@@ -117,7 +117,7 @@ Motor heiß  0x001 (1), 1 byte, from Engine
             with self.subTest(text):
                 self.assertEqual((0, expected, ""), self.run_program("show", "a.dbc", text))
 
-    def test_message_that_is_not_there(self):
+    def test_message_that_is_not_there_is_told(self):
         self.write("a.dbc", head("BO_ 256 EngineStatus: 8 Engine", "BO_ 257 GearStatus: 8 Engine"))
         for text in ("Engine", "first", "257x", "0x", "99999999999999999999999", "-1", "0"):
             with self.subTest(text):
@@ -166,7 +166,7 @@ class ShowPicture(ProgramTest):
        └───────────────────────────────────────┘
 """, self.picture(2, "AVeryLongNameOfASignal : 4|12@1+"))
 
-    def test_bits_of_several_signals(self):
+    def test_bits_of_several_signals_name_them_all(self):
         self.assertEqual("""\
   byte    7    6    5    4    3    2    1    0
        ┌─────────┬────┬─────────┬──────────────┐
@@ -175,7 +175,7 @@ class ShowPicture(ProgramTest):
   overlap: a A, b B
 """, self.picture(1, "A : 0|5@1+", "B : 3|3@1+"))
 
-    def test_bits_outside_of_the_frame(self):
+    def test_bits_outside_of_the_frame_are_noted(self):
         self.assertEqual("""\
   byte    7    6    5    4    3    2    1    0
        ┌───────────────────┬───────────────────┐
@@ -239,7 +239,7 @@ class ShowPicture(ProgramTest):
     5  unused
 """, output.split("\n\n", 1)[1])
 
-    def test_switched_signals_without_a_switch(self):
+    def test_switched_signals_without_a_switch_have_a_picture(self):
         self.assertEqual("""\
   switch = 7
   byte    7    6    5    4    3    2    1    0
@@ -248,13 +248,13 @@ class ShowPicture(ProgramTest):
        └───────────────────────────────────────┘
 """, self.picture(1, "S m7 : 0|8@1+"))
 
-    def test_frames_without_a_picture(self):
+    def test_frames_without_a_picture_say_so(self):
         self.assertEqual("  outside of the frame: 8 bits of a S\n", self.picture(0, "S : 0|8@1+"))
         self.assertEqual("  (no picture: the frame is longer than 4096 bytes)\n", self.picture(4097, "S : 0|8@1+"))
         self.assertEqual("  (no picture: the frame is longer than 4096 bytes)\n",
                          self.picture(4294967295, "S : 0|4294967295@1+"))
 
-    def test_signal_longer_than_any_frame(self):
+    def test_signal_longer_than_any_frame_is_cut(self):
         self.assertEqual("""\
   byte    7    6    5    4    3    2    1    0
        ┌───────────────────────────────────────┐
@@ -277,7 +277,7 @@ class ShowJson(ProgramTest):
         self.assertEqual((0, ""), (status, errors))
         return json.loads(output)
 
-    def test_everything(self):
+    def test_all_that_a_file_holds_is_given(self):
         self.write("a.dbc", head(
             "BO_ 2566844672 Msg: 8 Engine",
             ' SG_ Page M : 0|8@1+ (1,0) [0|3] "" Gear,Dash',
@@ -317,7 +317,7 @@ class ShowJson(ProgramTest):
                  "message": "no message identifier: a decimal number up to 4294967295 has to follow BO_"}],
         }, self.json("a.dbc"))
 
-    def test_one_message(self):
+    def test_one_message_is_given_alone(self):
         self.write("a.dbc", head("BO_ 1 A: 8 Engine", "BO_ 2 B: 8 Engine"))
         self.assertEqual(["B"], [message["name"] for message in self.json("a.dbc", "2")["messages"]])
 
@@ -327,7 +327,7 @@ class ShowJson(ProgramTest):
         signal = self.json("a.dbc")["messages"][0]["signals"][0]
         self.assertEqual((None, "double"), (signal["multiplexing"], signal["valueType"]))
 
-    def test_the_sample_file(self):
+    def test_messages_of_the_sample_file_are_given(self):
         names = [message["name"] for message in self.json(Settings.sources / "examples" / "engine.dbc")["messages"]]
         self.assertEqual(["EngineStatus", "EngineTemperatures", "GearStatus", "FuelConsumption", "EngineDetails",
                           "DashboardRequest"], names)
