@@ -4,9 +4,13 @@
 set -eu
 cd "$1"
 
+folders=(include src tests tools examples)
+for folder in "${folders[@]}"; do
+    [ -d "$folder" ] || { echo "there is no folder $folder"; exit 1; }
+done
 if grep -rnE --include='*.h' --include='*.cpp' --include='*.c' \
     '^[[:space:]]*#[[:space:]]*(if|ifdef|ifndef|elif)\b.*(_WIN32|_WIN64|WIN32|__MINGW|__CYGWIN__|__linux|__unix|__APPLE__)' \
-    include src tests tools examples | grep -vE '^(include/tabrin\.h|[^:]*_(win32|posix)\.cpp):'; then
+    "${folders[@]}" | grep -vE '^(include/tabrin\.h|[^:]*_(win32|posix)\.cpp):'; then
     echo "  ^ asks for the system outside *_win32.cpp and *_posix.cpp"
     exit 1
 fi
