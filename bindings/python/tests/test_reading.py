@@ -163,7 +163,7 @@ def test_first_of_equal_messages_is_found(tmp_path: Path) -> None:
     assert database.by_name("A") is database[0]
 
 
-def test_sequence(engine: tabrin.Database) -> None:
+def test_databases_and_messages_are_sequences(engine: tabrin.Database) -> None:
     assert len(engine) == 6
     assert list(engine) == list(engine.messages)
     assert engine[-1] is engine[5]
@@ -183,11 +183,21 @@ def test_nothing_can_be_changed(engine: tabrin.Database) -> None:
                 setattr(value, field.name, None)
 
 
-def test_values_can_be_compared_hashed_and_pickled(engine: tabrin.Database) -> None:
+def test_databases_of_one_file_are_equal(engine: tabrin.Database) -> None:
     again = tabrin.read(SAMPLE)
     assert again == engine
     assert hash(again) == hash(engine)
+
+
+def test_database_of_another_file_is_not_equal(engine: tabrin.Database, small_file: Path) -> None:
+    assert tabrin.read(small_file) != engine
+
+
+def test_database_can_be_pickled(engine: tabrin.Database) -> None:
     assert pickle.loads(pickle.dumps(engine)) == engine
+
+
+def test_database_becomes_plain_dictionaries(engine: tabrin.Database) -> None:
     assert dataclasses.asdict(engine)["messages"][2]["signals"][0]["value_descriptions"][0] == {
         "value": -1,
         "text": "reverse",
