@@ -108,7 +108,7 @@ public class ProgramTests : InFolder
     }
 
     [Test]
-    public void ListSignals()
+    public void ListSignalsPrintsItsTable()
     {
         Run run = Example("ListSignals", Files.Sample);
         Assert.That(run.Output, Is.EqualTo(string.Join("\n", Table) + "\n" + Fault));
@@ -118,7 +118,7 @@ public class ProgramTests : InFolder
     [TestCase("file", "BO_ 256 EngineStatus: 8 EngineControl")]
     [TestCase("id", "BO_ 2566844672 FuelConsumption: 8 EngineControl")]
     [TestCase("name", "BO_ 1536 DashboardRequest: 2 Dashboard")]
-    public void ConvertFile(string order, string first)
+    public void ConvertFileWritesInTheOrderAskedFor(string order, string first)
     {
         Run run = Example("ConvertFile", Files.Sample, "out.dbc", order);
         Assert.That(run.Output, Is.EqualTo(Fault + "out.dbc is written\n"));
@@ -127,7 +127,7 @@ public class ProgramTests : InFolder
     }
 
     [Test]
-    public void BuildDatabase()
+    public void BuildDatabaseWritesItsFile()
     {
         Run run = Example("BuildDatabase", "weather.dbc");
         Assert.That(run.Output, Is.EqualTo("weather.dbc: 2 messages\n"));
@@ -138,7 +138,7 @@ public class ProgramTests : InFolder
     [TestCase("ListSignals")]
     [TestCase("ConvertFile")]
     [TestCase("BuildDatabase")]
-    public void ExampleCalledWrongly(string name)
+    public void ExampleCalledWronglyTellsItsUsage(string name)
     {
         Run run = Example(name);
         Assert.That(run.Code, Is.EqualTo(2));
@@ -148,7 +148,7 @@ public class ProgramTests : InFolder
     [TestCase("ListSignals", "missing.dbc")]
     [TestCase("ConvertFile", "missing.dbc", "out.dbc")]
     [TestCase("BuildDatabase", "missing/out.dbc")]
-    public void ExampleThatFails(string name, params string[] arguments)
+    public void ExampleThatFailsTellsWhy(string name, params string[] arguments)
     {
         Run run = Example(name, arguments);
         Assert.That(run.Code, Is.EqualTo(1));
@@ -156,7 +156,7 @@ public class ProgramTests : InFolder
     }
 
     [Test]
-    public void LibraryNamedByTheEnvironment()
+    public void LibraryNamedByTheEnvironmentIsTaken()
     {
         PutLibrary(OtherVersion);
         string named = LibraryFile;
@@ -169,27 +169,27 @@ public class ProgramTests : InFolder
     }
 
     [Test]
-    public void LibraryBesideTheAssembly()
+    public void LibraryBesideTheAssemblyIsTaken()
     {
         string beside = PutLibrary(LibraryFile);
         Assert.That(Probe().Output, Is.EqualTo(beside + "\n"));
     }
 
     [Test]
-    public void LibraryInTheFolderOfARuntime()
+    public void LibraryInTheFolderOfARuntimeIsTaken()
     {
         string below = PutLibrary(LibraryFile, "runtimes", "linux-x64", "native");
         Assert.That(Probe().Output, Is.EqualTo(below + "\n"));
     }
 
     [Test]
-    public void LibraryInTheSearchPathOfTheSystem()
+    public void LibraryInTheSearchPathOfTheSystemIsTaken()
     {
         Assert.That(ProbeSystem(LibraryFile).Output, Is.EqualTo(LibraryName + "\n"));
     }
 
     [Test]
-    public void LibraryOfAnExplicitPath()
+    public void LibraryOfAnExplicitPathIsTaken()
     {
         string chosen = PutLibrary(LibraryFile, "chosen");
         var variables = new Dictionary<string, string> { { "TABRIN_LIBRARY", "missing.so" } };
@@ -197,7 +197,7 @@ public class ProgramTests : InFolder
     }
 
     [Test]
-    public void LibraryOfAnExplicitPathInsteadOfTheOneBesideTheAssembly()
+    public void LibraryOfAnExplicitPathIsTakenInsteadOfTheOneBesideTheAssembly()
     {
         PutLibrary(LibraryFile);
         string chosen = PutLibrary(LibraryFile, "chosen");

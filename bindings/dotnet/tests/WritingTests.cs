@@ -88,20 +88,36 @@ public class WritingTests : InFolder
         Assert.That(Files.Lines(InIt("written.dbc")), Has.Member("BO_ 256 EngineStatus: 8 EngineControl"));
     }
 
-    [Test]
-    public void OtherIdentifierIsRefusedUnlessAllowed()
+    // A file whose signal has an identifier that is not made of its long name.
+    private string Renamed()
     {
         Files.Write(
             InIt("renamed.dbc"),
             "BO_ 1 EngData: 8 N\n SG_ Spd : 0|8@1+ (1,0) [0|1] \"\" N\n" +
                 "BA_DEF_ SG_ \"Kestrune_Sig_Name\" STRING ;\nBA_ \"Kestrune_Sig_Name\" SG_ 1 Spd \"Speed of it\";\n");
-        Database database = Database.Read(InIt("renamed.dbc"));
+        return InIt("renamed.dbc");
+    }
+
+    [Test]
+    public void OtherIdentifierIsRefused()
+    {
+        Database database = Database.Read(Renamed());
         var error = Assert.Throws<IdentifierException>(() => database.Write(InIt("out.dbc")));
         Assert.That(error.Message, Is.StringContaining("was read as Spd and would be written as Speed_of_it"));
         Assert.That(File.Exists(InIt("out.dbc")), Is.False);
-        database.Write(InIt("out.dbc"), rename: true);
+    }
+
+    [Test]
+    public void OtherIdentifierCanBeAllowed()
+    {
+        Database.Read(Renamed()).Write(InIt("out.dbc"), rename: true);
         Assert.That(Files.Lines(InIt("out.dbc")), Has.Member(" SG_ Speed_of_it : 0|8@1+ (1,0) [0|1] \"\" N"));
-        Database.Convert(InIt("renamed.dbc"), InIt("kept.dbc"));
+    }
+
+    [Test]
+    public void ConversionKeepsIdentifiers()
+    {
+        Database.Convert(Renamed(), InIt("kept.dbc"));
         Assert.That(Files.Lines(InIt("kept.dbc")), Has.Member(" SG_ Spd : 0|8@1+ (1,0) [0|1] \"\" N"));
     }
 

@@ -96,15 +96,15 @@ public class WrongUseTests : InFolder
     public void LongPathIsRefused(string letter, int count)
     {
         string path = string.Concat(Enumerable.Repeat(letter, count));
-        var attempts = new TestDelegate[] {
-            () => Database.Read(path),
-            () => Database.Convert(path, "never.dbc"),
-            () => Database.Convert(Files.Sample, path),
-            () => new Database(OneMessage).Write(path),
+        var attempts = new Dictionary<string, TestDelegate> {
+            { "read", () => Database.Read(path) },
+            { "convert from", () => Database.Convert(path, "never.dbc") },
+            { "convert to", () => Database.Convert(Files.Sample, path) },
+            { "write", () => new Database(OneMessage).Write(path) },
         };
-        foreach (TestDelegate attempt in attempts)
+        foreach (KeyValuePair<string, TestDelegate> attempt in attempts)
         {
-            var error = Assert.Throws<PathTooLongException>(attempt);
+            var error = Assert.Throws<PathTooLongException>(attempt.Value, attempt.Key);
             Assert.That(error.Message, Is.StringContaining("takes 260 bytes of UTF-8, and the limit is 259"));
         }
     }
