@@ -1,14 +1,7 @@
 #include <malloc.h>
 
+#include "abi/address_sanitizer.h"
 #include "abi/heap_use.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-#define TABRIN_ADDRESS_SANITIZER 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define TABRIN_ADDRESS_SANITIZER 1
-#endif
-#endif
 
 #ifdef TABRIN_ADDRESS_SANITIZER
 // Its header does not come with every compiler.

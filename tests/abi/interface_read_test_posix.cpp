@@ -3,15 +3,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "abi/address_sanitizer.h"
 #include "abi/interface_test.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-#define TABRIN_ADDRESS_SANITIZER 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define TABRIN_ADDRESS_SANITIZER 1
-#endif
-#endif
 
 namespace tabrin_test {
 namespace {
