@@ -1,12 +1,12 @@
 #include "io/text_number.h"
 
-#include <clocale>
 #include <cmath>
 #include <ios>
 #include <limits>
 #include <locale>
 
 #include "io/io_test_support.h"
+#include "locale/decimal_comma.h"
 
 namespace tabrin {
 namespace {
@@ -595,21 +595,11 @@ TEST(Numbers, DoNotDependOnTheLocaleOfStreams) {
 }
 
 TEST(Numbers, DoNotDependOnTheLocaleOfTheHost) {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    bool comma = false;
-    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "de_DE", "German_Germany.1252", "German", "de-DE"}) {
-        comma = std::setlocale(LC_ALL, name) != nullptr && std::string(std::localeconv()->decimal_point) == ",";
-        if (comma) {
-            break;
-        }
+    const tabrin_test::LocaleScope scope;
+    if (!tabrin_test::UseAnyLocaleWithDecimalComma()) {
+        GTEST_SKIP() << tabrin_test::kNoDecimalComma;
     }
-    if (comma) {
-        CheckPointIsAPoint();
-    }
-    std::setlocale(LC_ALL, before.c_str());
-    if (!comma) {
-        GTEST_SKIP() << "this machine has no German locale";
-    }
+    CheckPointIsAPoint();
 }
 
 TEST(AppendNumber, IntegersAreWrittenInDecimal) {

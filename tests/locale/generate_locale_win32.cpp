@@ -1,4 +1,4 @@
-#include "abi/generate_locale.h"
+#include "locale/generate_locale.h"
 
 namespace tabrin_test {
 

@@ -2,7 +2,7 @@
 #include <filesystem>
 #include <string>
 
-#include "abi/generate_locale.h"
+#include "locale/generate_locale.h"
 
 namespace tabrin_test {
 
