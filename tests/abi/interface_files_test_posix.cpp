@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "abi/interface_test.h"
+#include "ordinary_user_posix.h"
 
 namespace tabrin_test {
 namespace {
@@ -63,48 +64,6 @@ private:
 
 // --- Rights -------------------------------------------------------------------------------------------------------
 
-// A folder to be the current one, since the way to it from the root may be closed to others.
-class CurrentFolder {
-public:
-    explicit CurrentFolder(const std::string& path) : before_(std::filesystem::current_path()) {
-        std::filesystem::remove_all(path);
-        std::filesystem::create_directory(path);
-        std::filesystem::current_path(path);
-    }
-    ~CurrentFolder() { std::filesystem::current_path(before_); }
-    CurrentFolder(const CurrentFolder&) = delete;
-    CurrentFolder& operator=(const CurrentFolder&) = delete;
-    CurrentFolder(CurrentFolder&&) = delete;
-    CurrentFolder& operator=(CurrentFolder&&) = delete;
-
-private:
-    std::filesystem::path before_;
-};
-
-// No permission binds the superuser, so the process acts as somebody else as long as one of these lives.
-class OrdinaryUser {
-public:
-    OrdinaryUser() {
-        constexpr uid_t kNobody = 65534;
-        isOrdinary_ = user_ != 0 || (setegid(kNobody) == 0 && seteuid(kNobody) == 0);
-    }
-    ~OrdinaryUser() {
-        EXPECT_EQ(seteuid(user_), 0);
-        EXPECT_EQ(setegid(group_), 0);
-    }
-    OrdinaryUser(const OrdinaryUser&) = delete;
-    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-    OrdinaryUser(OrdinaryUser&&) = delete;
-    OrdinaryUser& operator=(OrdinaryUser&&) = delete;
-
-    [[nodiscard]] bool IsOrdinary() const { return isOrdinary_; }
-
-private:
-    uid_t user_ = geteuid();
-    gid_t group_ = getegid();
-    bool isOrdinary_ = false;
-};
-
 void MakeFile(const std::string& path, mode_t rights) {
     WriteBytes(path, kTwoMessages);
     ASSERT_EQ(chmod(path.c_str(), rights), 0);
@@ -132,7 +91,7 @@ TEST_F(FileRights, DecideWhatCanBeReadAndWritten) {
     {
         const OrdinaryUser user;
         if (!user.IsOrdinary()) {
-            GTEST_SKIP() << "the superuser cannot give up the right to any file here";
+            GTEST_SKIP() << kRightsKept;
         }
         for (const auto& row : rows) {
             SCOPED_TRACE(row.path);
@@ -159,7 +118,7 @@ TEST_F(FileRights, OfTheFolderDecideWhetherAFileCanBeMade) {
     {
         const OrdinaryUser user;
         if (!user.IsOrdinary()) {
-            GTEST_SKIP() << "the superuser cannot give up the right to any file here";
+            GTEST_SKIP() << kRightsKept;
         }
         ASSERT_TRUE(AppendMessage(1, "New"));
         EXPECT_EQ(WriteFile("new.dbc", TABRIN_ORDER_DATABASE), kNotOpened);

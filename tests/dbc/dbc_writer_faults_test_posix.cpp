@@ -1,11 +1,7 @@
 // Writing where the system fails: full devices, limits, permissions.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -19,6 +15,7 @@
 #include "dbc/well_known_attributes.h"
 #include "dbc/writing.h"
 #include "file_size_limit_posix.h"
+#include "ordinary_user_posix.h"
 
 namespace tabrin {
 namespace {
@@ -253,60 +250,31 @@ TEST(DbcWriterFaults, FileInPlaceOfADirectoryDoesNotOpen) {
     EXPECT_EQ(FileBytes(file.Path()), "content");
 }
 
-// Tries both files of the current directory as a user who owns neither, and tells the outcome by its exit code.
-enum ChildResult { kAsExpected = 0, kRightsKept, kControlFailed, kReadOnlyOpened, kWrongStatus, kNamesChanged };
+void MakeFile(const char* path, mode_t rights) {
+    std::ofstream(path) << "content";
+    ASSERT_EQ(chmod(path, rights), 0);
+}
 
-ChildResult WriteWithoutRights() {
-    constexpr uid_t kNobody = 65534;
-    if (geteuid() == 0 && (setegid(kNobody) != 0 || seteuid(kNobody) != 0)) {
-        return kRightsKept;
-    }
+TEST(DbcWriterFaults, ReadOnlyFileDoesNotOpen) {
+    const OutputPath path;
+    const tabrin_test::CurrentFolder folder(path.Text());
+    MakeFile("read_only.dbc", 0444);
+    MakeFile("writable.dbc", 0666);
     CANDatabase database;
     CANMessage& message = AddMessage(database);
     AddNamedSignal(message, "S");
     AddNamedSignal(message, "S");
-    FileStatus status = FileStatus::Writing;
-    if (WriteDbcFile(database, "read_only.dbc", kPathBufferSize, TABRIN_ORDER_DATABASE, status)) {
-        return kReadOnlyOpened;
+    const tabrin_test::OrdinaryUser user;
+    if (!user.IsOrdinary()) {
+        GTEST_SKIP() << tabrin_test::kRightsKept;
     }
-    if (status != FileStatus::NotOpened) {
-        return kWrongStatus;
-    }
-    if (message.signals[0]->identifierName != "S" || message.signals[1]->identifierName != "S") {
-        return kNamesChanged;
-    }
+    EXPECT_EQ(WriteTo(database, "read_only.dbc"), kNotOpened);
+    EXPECT_EQ(FileBytes("read_only.dbc"), "content");
+    EXPECT_EQ(message.signals[0]->identifierName, "S");
+    EXPECT_EQ(message.signals[1]->identifierName, "S");
     // It was the file's own permission that was missing.
-    if (!WriteDbcFile(database, "writable.dbc", kPathBufferSize, TABRIN_ORDER_DATABASE, status)) {
-        return kControlFailed;
-    }
-    return kAsExpected;
-}
-
-TEST(DbcWriterFaults, ReadOnlyFileDoesNotOpen) {
-    const OutputPath directory;
-    ASSERT_EQ(mkdir(directory.Text().c_str(), 0755), 0);
-    ASSERT_EQ(chmod(directory.Text().c_str(), 0755), 0);
-    for (const auto& [name, mode] : {std::pair{"/read_only.dbc", 0444}, std::pair{"/writable.dbc", 0666}}) {
-        const std::string path = directory.Text() + name;
-        std::ofstream(path) << "content";
-        ASSERT_EQ(chmod(path.c_str(), static_cast<mode_t>(mode)), 0);
-    }
-    const pid_t child = fork();
-    ASSERT_NE(child, -1);
-    if (child == 0) {
-        // The superuser may write to any file, so the child becomes somebody else, who may not even be allowed to come
-        // here from the root: hence the relative paths.
-        _exit(chdir(directory.Text().c_str()) == 0 ? WriteWithoutRights() : kControlFailed);
-    }
-    int state = 0;
-    ASSERT_EQ(waitpid(child, &state, 0), child);
-    ASSERT_TRUE(WIFEXITED(state));
-    if (WEXITSTATUS(state) == kRightsKept) {
-        GTEST_SKIP() << "the superuser cannot give up the right to write to any file here";
-    }
-    EXPECT_EQ(WEXITSTATUS(state), kAsExpected);
-    EXPECT_EQ(FileBytes(directory.Text() + "/read_only.dbc"), "content");
-    EXPECT_NE(FileBytes(directory.Text() + "/writable.dbc"), "content");
+    EXPECT_EQ(WriteTo(database, "writable.dbc"), kAllWritten);
+    EXPECT_NE(FileBytes("writable.dbc"), "content");
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "io/dbc_file_stream.h"
 #include "io/io_test_support.h"
 #include "io/open_stream.h"
+#include "ordinary_user_posix.h"
 
 namespace tabrin {
 namespace {
@@ -133,15 +134,17 @@ TEST_F(ReadFailure, IsForgottenWithTheNextFile) {
 }
 
 TEST(OpenFile, FileWithoutPermissionOpensForNeither) {
-    if (geteuid() == 0) {
-        GTEST_SKIP() << "permissions do not bind the superuser";
+    const tabrin_test::CurrentFolder folder(TempPath("folder"));
+    WriteBytes("secret.dbc", "BO_ 1\n");
+    ASSERT_EQ(chmod("secret.dbc", 0), 0);
+    const tabrin_test::OrdinaryUser user;
+    if (!user.IsOrdinary()) {
+        GTEST_SKIP() << tabrin_test::kRightsKept;
     }
-    const TempFile file("BO_ 1\n");
-    ASSERT_EQ(chmod(file.Path().c_str(), 0), 0);
     for (const OpenMode mode : kModes) {
         SCOPED_TRACE(NameOf(mode));
         DbcFileStream stream;
-        Open(stream, file.Path(), mode);
+        Open(stream, "secret.dbc", mode);
         EXPECT_EQ(stream.Status(), FileStatus::NotOpened);
     }
 }
