@@ -109,6 +109,7 @@ TEST_F(FuzzCorpus, ChecksNoticeALibraryThatAnswersWrongly) {
          "another signal name after reading back"},
     };
     for (const auto& row : rows) {
+        SCOPED_TRACE(row.finding);
         auto wrong = right;
         row.breakIt(wrong);
         EXPECT_EQ(FindingOf(wrong), row.finding);

@@ -87,7 +87,7 @@ TEST_F(AppendedValueDescription, MayBeAskedForInAnyOrder) {
         ASSERT_TRUE(AppendEnum(0, 0, value, "v"));
     }
     for (const uint32_t index : {0U, 99U, 98U, 50U, 49U, 51U, 1U, 0U, 99U, 10U, 4U, 6U, 5U, 5U}) {
-        EXPECT_EQ(EnumAt(0, 0, index).value, static_cast<int32_t>(index));
+        EXPECT_EQ(EnumAt(0, 0, index).value, static_cast<int32_t>(index)) << index;
     }
 }
 

@@ -124,6 +124,7 @@ bool IsPlainIdentifier(std::string_view name) {
 }
 
 void ExpectSoundSignal(const CANSignal& signal) {
+    SCOPED_TRACE(Shown(signal.name));
     EXPECT_FALSE(signal.invalid);
     EXPECT_TRUE(IsPlainIdentifier(signal.identifierName));
     EXPECT_TRUE(IsText(signal.name) && IsText(signal.unitAsWritten) && IsText(signal.comment.View()));
@@ -139,6 +140,7 @@ void ExpectSound(const CANDatabase& database) {
     EXPECT_TRUE(database.attributes.Definitions().empty());
     EXPECT_TRUE(database.attributes.Values().empty());
     for (const auto& message : database.messages) {
+        SCOPED_TRACE(Shown(message->name));
         EXPECT_FALSE(message->invalid);
         EXPECT_TRUE(IsPlainIdentifier(message->identifierName) && !message->identifierName.empty());
         EXPECT_TRUE(IsPlainIdentifier(message->transmitter));
@@ -148,8 +150,8 @@ void ExpectSound(const CANDatabase& database) {
         }
     }
     for (const CanErrorData& error : database.errors) {
-        EXPECT_LE(error.code, 6U);
-        EXPECT_TRUE(IsText(error.text));
+        EXPECT_LE(error.code, 6U) << Shown(error.text);
+        EXPECT_TRUE(IsText(error.text)) << Shown(error.text);
     }
 }
 

@@ -53,7 +53,7 @@ TEST(TokenReader, AgreesWithThePlainRuleOnRandomTexts) {
             const Texts pieces = Pieces(text, delimiters);
             const Texts expected = Joined(pieces);
             joinedTexts += expected.size() < pieces.size() ? 1 : 0;
-            ASSERT_EQ(SplitTokens(text, delimiters), expected);
+            ASSERT_EQ(SplitTokens(text, delimiters), expected) << "at " << Shown(delimiters);
         }
     }
     EXPECT_GT(joinedTexts, 10000U);

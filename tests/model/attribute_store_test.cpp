@@ -157,7 +157,7 @@ TEST(AttributeDefinitions, AreFoundByNameObjectAndTheValueTypeAskedFor) {
                                         << static_cast<uint32_t>(row.valueType));
         for (const Type own : kValueTypes) {
             const Attribute* found = store.FindDefinition(MakeAttribute(row.name, row.objectType, own), row.valueType);
-            EXPECT_EQ(found != nullptr, row.found);
+            EXPECT_EQ(found != nullptr, row.found) << "asked for with type " << static_cast<uint32_t>(own);
         }
     }
 }
@@ -275,7 +275,8 @@ TEST(AttributeValues, AreFoundByEverythingThatTellsThemApart) {
         Attribute probe = IntValue(row.name, row.objectType, row.id, row.signal, 0);
         for (const Type own : kValueTypes) {
             probe.valueType = own;
-            EXPECT_EQ(store.FindValue(probe, row.valueType).has_value(), row.found);
+            EXPECT_EQ(store.FindValue(probe, row.valueType).has_value(), row.found)
+                << "asked for with type " << static_cast<uint32_t>(own);
         }
     }
 }

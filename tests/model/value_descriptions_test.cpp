@@ -96,7 +96,7 @@ TEST(ValueDescriptions, EntriesAreFoundInAnyOrder) {
         descriptions.Add(value, std::to_string(value));
     }
     for (const size_t index : {9U, 0U, 5U, 5U, 4U, 3U, 2U, 1U, 0U, 8U, 3U, 9U, 4U, 5U}) {
-        EXPECT_EQ(descriptions.At(index).second, std::to_string(index));
+        EXPECT_EQ(descriptions.At(index).second, std::to_string(index)) << index;
     }
 }
 
@@ -229,7 +229,7 @@ TEST(ManyValueDescriptions, AgreesWithAPlainMap) {
                     place->second += " - " + added.back().second;
                 }
             }
-            ASSERT_EQ(KeptTogether(descriptions, added), expected);
+            ASSERT_EQ(KeptTogether(descriptions, added), expected) << "added last: " << testing::PrintToString(added);
         }
     }
 }
