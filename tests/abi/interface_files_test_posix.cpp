@@ -72,39 +72,55 @@ void MakeFile(const std::string& path, mode_t rights) {
 class FileRights : public InterfaceTest {};
 class ChangingFile : public InterfaceTest {};
 
-TEST_F(FileRights, DecideWhatCanBeReadAndWritten) {
+struct RightsRow {
+    const char* path;
+    mode_t rights;
+    bool isRead;
+    bool isWritten;
+};
+
+constexpr RightsRow kRights[] = {
+    {"secret.dbc", 0000, false, false},
+    {"read_only.dbc", 0444, true, false},
+    {"write_only.dbc", 0222, false, true},
+    {"open.dbc", 0666, true, true},
+};
+
+TEST_F(FileRights, DecideWhatCanBeRead) {
     const CurrentFolder folder(TempPath("folder"));
-    const struct {
-        const char* path;
-        mode_t rights;
-        bool isRead;
-        bool isWritten;
-    } rows[] = {
-        {"secret.dbc", 0000, false, false},
-        {"read_only.dbc", 0444, true, false},
-        {"write_only.dbc", 0222, false, true},
-        {"open.dbc", 0666, true, true},
-    };
-    for (const auto& row : rows) {
+    for (const RightsRow& row : kRights) {
         MakeFile(row.path, row.rights);
     }
+    const OrdinaryUser user;
+    if (!user.IsOrdinary()) {
+        GTEST_SKIP() << kRightsKept;
+    }
+    for (const RightsRow& row : kRights) {
+        SCOPED_TRACE(row.path);
+        ASSERT_TRUE(AppendMessage(1, "Old"));
+        EXPECT_EQ(ReadFile(row.path), row.isRead ? kDone : kNotOpened);
+        EXPECT_EQ(NumMessages(), row.isRead ? 2U : 0U);
+    }
+}
+
+TEST_F(FileRights, DecideWhatCanBeWritten) {
+    const CurrentFolder folder(TempPath("folder"));
+    for (const RightsRow& row : kRights) {
+        MakeFile(row.path, row.rights);
+    }
+    ASSERT_TRUE(AppendMessage(1, "New"));
     {
         const OrdinaryUser user;
         if (!user.IsOrdinary()) {
             GTEST_SKIP() << kRightsKept;
         }
-        for (const auto& row : rows) {
+        for (const RightsRow& row : kRights) {
             SCOPED_TRACE(row.path);
-            ASSERT_TRUE(AppendMessage(1, "Old"));
-            EXPECT_EQ(ReadFile(row.path), row.isRead ? kDone : kNotOpened);
-            EXPECT_EQ(NumMessages(), row.isRead ? 2U : 0U);
-            Library().ClearData();
-            ASSERT_TRUE(AppendMessage(1, "New"));
             EXPECT_EQ(WriteFile(row.path, TABRIN_ORDER_DATABASE), row.isWritten ? kDone : kNotOpened);
             EXPECT_EQ(NumMessages(), 1U);
         }
     }
-    for (const auto& row : rows) {
+    for (const RightsRow& row : kRights) {
         SCOPED_TRACE(row.path);
         // Nobody but its owner may look into some of them.
         ASSERT_EQ(chmod(row.path, 0600), 0);
