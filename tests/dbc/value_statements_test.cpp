@@ -341,17 +341,30 @@ TEST(ValueDescriptionStatement, LaterLongNameDoesNotMatter) {
     EXPECT_EQ(Listed(signal), "1=right");
 }
 
-TEST(ValueDescriptionStatement, OwnParserChecksKeywordIdentifierAndName) {
-    CANDatabase database;
-    CANSignal& signal = AddReadSignal(AddRead(database, "BO_ 100 Msg: 8 X"), "S");
-    EXPECT_FALSE(signal.ParseValueDescriptionLine(R"(VAL_ 101 S 0 "x";)", 100));
-    EXPECT_FALSE(signal.ParseValueDescriptionLine(R"(VAL_ 100 T 0 "x";)", 100));
-    EXPECT_FALSE(signal.ParseValueDescriptionLine(R"(VAL_ x S 0 "x";)", 0));
-    EXPECT_FALSE(signal.ParseValueDescriptionLine("VAL_ 100 ", 100));
-    EXPECT_FALSE(signal.ParseValueDescriptionLine(R"(SIG_VALTYPE_ 100 S 0 "x";)", 100));
-    EXPECT_EQ(Listed(signal), "");
-    EXPECT_TRUE(signal.ParseValueDescriptionLine(R"(VAL_ 101 S 0 "x";)", 101));
-    EXPECT_EQ(Listed(signal), "0=x");
+// A line for the own parser of the signal S, which is told the identifier of its message.
+struct OwnParserCase {
+    std::string_view line;
+    uint32_t id;
+    bool result;
+};
+
+TEST(ValueDescriptionStatement, OwnParserTakesItsOwnLinesOnly) {
+    const OwnParserCase rows[] = {
+        {R"(VAL_ 100 S 0 "x";)", 100, true},
+        {R"(VAL_ 101 S 0 "x";)", 101, true},
+        {R"(VAL_ 101 S 0 "x";)", 100, false},
+        {R"(VAL_ 100 T 0 "x";)", 100, false},
+        {R"(VAL_ x S 0 "x";)", 0, false},
+        {"VAL_ 100 ", 100, false},
+        {R"(SIG_VALTYPE_ 100 S 0 "x";)", 100, false},
+    };
+    for (const OwnParserCase& row : rows) {
+        SCOPED_TRACE(testing::Message() << Shown(row.line) << " for " << row.id);
+        CANDatabase database;
+        CANSignal& signal = AddReadSignal(AddRead(database, "BO_ 100 Msg: 8 X"), "S");
+        EXPECT_EQ(signal.ParseValueDescriptionLine(row.line, row.id), row.result);
+        EXPECT_EQ(Listed(signal), row.result ? "0=x" : "");
+    }
 }
 
 // --- Reading SIG_VALTYPE_
@@ -441,15 +454,19 @@ TEST(ValueTypeStatement, UnfitCodeLeavesSignedAndFloat) {
     EXPECT_EQ(single.valueType, static_cast<uint32_t>(TABRIN_VALUE_FLOAT));
 }
 
-TEST(ValueTypeStatement, OwnParserChecksKeywordAndIdentifier) {
-    CANDatabase database;
-    CANSignal& signal = AddReadSignal(AddRead(database, "BO_ 100 Msg: 8 X"), "S", 32);
-    EXPECT_FALSE(signal.ParseValueTypeLine("SIG_VALTYPE_ 101 S : 1;", 100));
-    EXPECT_FALSE(signal.ParseValueTypeLine("VAL_ 100 S : 1;", 100));
-    EXPECT_FALSE(signal.ParseValueTypeLine("SIG_VALTYPE_ 100 T : 1;", 100));
-    EXPECT_EQ(signal.valueType, static_cast<uint32_t>(TABRIN_VALUE_UNSIGNED));
-    EXPECT_TRUE(signal.ParseValueTypeLine("SIG_VALTYPE_ 101 S : 1;", 101));
-    EXPECT_EQ(signal.valueType, static_cast<uint32_t>(TABRIN_VALUE_FLOAT));
+TEST(ValueTypeStatement, OwnParserTakesItsOwnLinesOnly) {
+    const OwnParserCase rows[] = {
+        {"SIG_VALTYPE_ 100 S : 1;", 100, true},  {"SIG_VALTYPE_ 101 S : 1;", 101, true},
+        {"SIG_VALTYPE_ 101 S : 1;", 100, false}, {"SIG_VALTYPE_ 100 T : 1;", 100, false},
+        {"VAL_ 100 S : 1;", 100, false},
+    };
+    for (const OwnParserCase& row : rows) {
+        SCOPED_TRACE(testing::Message() << Shown(row.line) << " for " << row.id);
+        CANDatabase database;
+        CANSignal& signal = AddReadSignal(AddRead(database, "BO_ 100 Msg: 8 X"), "S", 32);
+        EXPECT_EQ(signal.ParseValueTypeLine(row.line, row.id), row.result);
+        EXPECT_EQ(signal.valueType, static_cast<uint32_t>(row.result ? TABRIN_VALUE_FLOAT : TABRIN_VALUE_UNSIGNED));
+    }
 }
 
 TEST(ValueTypeStatement, FloatIsWrittenSigned) {
