@@ -25,24 +25,24 @@ bool NextOfKind(TokenReader& tokens, TokenKind kind, std::string_view& token) {
     return tokens.Next(token) && ClassifyToken(token) == kind;
 }
 
-// "BO_ <name> <type>", "SG_ <name> <type>" or, for the network, just "<name> <type>".
-bool ParseDefinitionHead(TokenReader& tokens, Attribute& definition, std::string_view& type) {
+// "BO_ <name> <type>", "SG_ <name> <type>" or, for the network, just "<name> <type>". Returns the type; an empty one,
+// which is none, for anything else.
+std::string_view ParseDefinitionHead(TokenReader& tokens, Attribute& definition) {
     std::string_view token;
-    if (!tokens.Next(token)) {
-        return false;
-    }
+    tokens.Next(token);
     if (ClassifyToken(token) == TokenKind::Word) {
         if (token != kMessageKeyword && token != kSignalKeyword) {
-            return false;
+            return {};
         }
         definition.objectType = token == kMessageKeyword ? AttributeObjectType::Message : AttributeObjectType::Signal;
         tokens.Next(token);
     }
     if (ClassifyToken(token) != TokenKind::Quoted) {
-        return false;
+        return {};
     }
     definition.name = Unquoted(token);
-    return NextOfKind(tokens, TokenKind::Word, type);
+    tokens.Next(token);
+    return token;
 }
 
 // One of the bounds must look like a number, and no minus sign does: "-10 100" is a range, "-10 abc" is none. A bound
@@ -71,9 +71,9 @@ bool ParseEnumType(TokenReader& tokens, Attribute& definition) {
     return !definition.enumValues->empty();
 }
 
+// A definition is one of a number until another type is met.
 bool ParseType(std::string_view type, TokenReader& tokens, Attribute& definition) {
     if (type == kIntType) {
-        definition.valueType = AttributeValueType::Int;
         return ParseIntType(tokens, definition);
     }
     if (type == kEnumType) {
@@ -87,11 +87,8 @@ bool ParseType(std::string_view type, TokenReader& tokens, Attribute& definition
 
 void ParseDefinition(AttributeStore& store, TokenReader& tokens) {
     Attribute definition;
-    std::string_view type;
-    if (!ParseDefinitionHead(tokens, definition, type) || store.IsNameRejected(definition.name)) {
-        return;
-    }
-    if (ParseType(type, tokens, definition)) {
+    const std::string_view type = ParseDefinitionHead(tokens, definition);
+    if (!store.IsNameRejected(definition.name) && ParseType(type, tokens, definition)) {
         store.AddDefinition(definition);
     }
 }
@@ -103,14 +100,6 @@ void ParseDefault(AttributeStore& store, TokenReader& tokens) {
         return;
     }
     store.SetDefaults(Unquoted(name), value);
-}
-
-// A value without object. It does not take over the default text, which may be long and is replaced in any case.
-Attribute MakeValue(const Attribute& definition) {
-    Attribute value = definition;
-    value.stringValue = {};
-    value.intValue = value.enumIndex = 0;
-    return value;
 }
 
 // Nothing for the network, "BO_ <id>" or "SG_ <id> <signal>". An identifier out of range is 0.
@@ -146,7 +135,7 @@ void ParseValue(AttributeStore& store, TokenReader& tokens) {
     if (definition == nullptr) {
         return;
     }
-    Attribute value = MakeValue(*definition);
+    Attribute value = *definition;
     const bool isString = value.valueType == AttributeValueType::String;
     if (ParseObject(tokens, value) && NextOfKind(tokens, isString ? TokenKind::Quoted : TokenKind::Number, token) &&
         SetValueFromText(value, token)) {
@@ -170,16 +159,10 @@ std::string FormatEnumType(const EnumValues& values) {
 }
 
 std::string FormatType(const Attribute& definition) {
-    switch (definition.valueType) {
-        case AttributeValueType::Int:
-            return "INT " + std::to_string(definition.minimum) + " " + std::to_string(definition.maximum);
-        case AttributeValueType::Enum:
-            return FormatEnumType(definition.EnumList());
-        case AttributeValueType::String:
-        case AttributeValueType::Unsupported:
-            break;
+    if (definition.valueType == AttributeValueType::Int) {
+        return "INT " + std::to_string(definition.minimum) + " " + std::to_string(definition.maximum);
     }
-    return "STRING ";
+    return definition.valueType == AttributeValueType::Enum ? FormatEnumType(definition.EnumList()) : "STRING ";
 }
 
 std::string FormatDefinition(const Attribute& definition) {
@@ -194,14 +177,11 @@ std::string FormatDefinition(const Attribute& definition) {
 
 // Empty for an enumeration whose index is outside its list: there is then no line.
 std::string FormatDefaultValue(const Attribute& definition) {
-    switch (definition.valueType) {
-        case AttributeValueType::Int:
-            return std::to_string(definition.intValue);
-        case AttributeValueType::Enum:
-            return definition.EnumText() != nullptr ? Quoted(*definition.EnumText()) : std::string();
-        case AttributeValueType::String:
-        case AttributeValueType::Unsupported:
-            break;
+    if (definition.valueType == AttributeValueType::Int) {
+        return std::to_string(definition.intValue);
+    }
+    if (definition.valueType == AttributeValueType::Enum) {
+        return definition.EnumText() != nullptr ? Quoted(*definition.EnumText()) : std::string();
     }
     return Quoted(definition.stringValue);
 }

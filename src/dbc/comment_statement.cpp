@@ -19,21 +19,16 @@ bool ParseIdentifier(std::string_view statement, std::string_view objectKeyword,
            KeywordAt(statement, objectKeyword, position, position) && UnsignedToken(statement, position, id, position);
 }
 
-// The text reaches from the first quote to the last, so that quotes inside need no backslash. False also when it is
-// empty: there is nothing to add then.
-bool ParseComment(std::string_view statement, size_t position, Comment& comment) {
+// The text reaches from the first quote to the last, so that quotes inside need no backslash. Without two there is none.
+Comment ParseComment(std::string_view statement, size_t position) {
+    Comment comment;
     size_t open = kNpos;
-    const std::string_view target = TextUntilChar(statement, position, '"', open);
-    if (open == kNpos) {
-        return false;
-    }
-    comment.target = Trimmed(target);
+    comment.target = Trimmed(TextUntilChar(statement, position, '"', open));
     const size_t close = statement.rfind('"');
-    if (close <= open + 1) {
-        return false;
+    if (open < close) {
+        comment.text = statement.substr(open + 1, close - open - 1);
     }
-    comment.text = statement.substr(open + 1, close - open - 1);
-    return true;
+    return comment;
 }
 
 // CM_ <object> <id>[ <name>] "<comment>"; The comment goes out as it is kept.
@@ -61,8 +56,8 @@ bool ReadMessageComment(CANDatabase& database, std::string_view statement) {
         return false;
     }
     const CANDatabase::Messages& messages = database.FindMessages(id);
-    Comment comment;
-    if (ParseComment(statement, position, comment) && comment.target.empty()) {
+    const Comment comment = ParseComment(statement, position);
+    if (comment.target.empty()) {
         for (const auto& message : messages) {
             message->AppendComment(comment.text);
         }
@@ -76,11 +71,9 @@ bool ReadSignalComment(CANDatabase& database, std::string_view statement) {
     if (!ParseIdentifier(statement, kSignalKeyword, id, position)) {
         return false;
     }
-    Comment comment;
-    if (ParseComment(statement, position, comment)) {
-        database.FindSignalNames(id).ForEachRead(comment.target,
-                                                 [&](CANSignal& signal) { signal.AppendComment(comment.text); });
-    }
+    const Comment comment = ParseComment(statement, position);
+    database.FindSignalNames(id).ForEachRead(comment.target,
+                                             [&](CANSignal& signal) { signal.AppendComment(comment.text); });
     return !database.FindMessages(id).empty();
 }
 

@@ -61,31 +61,20 @@ public:
     void Read(StatementKind kind, std::string_view statement, uint32_t line) {
         // Signals belong to the message last read, and only as long as nothing else and no faulty one comes between.
         const bool accepting = std::exchange(accepting_, false);
-        switch (kind) {
-            case StatementKind::Message:
-                accepting_ = ReadMessage(database_, statement, line - 1);
-                break;
-            case StatementKind::Signal:
-                accepting_ = accepting && ReadSignal(database_, statement, line - 1);
-                break;
-            case StatementKind::Comment:
-                if (!ReadMessageComment(database_, statement)) {
-                    ReadSignalComment(database_, statement);
-                }
-                break;
-            case StatementKind::ValueType:
-                ReadValueTypeStatement(database_, statement);
-                break;
-            case StatementKind::ValueDescription:
-                ReadValueDescriptionStatement(database_, statement);
-                break;
-            case StatementKind::AttributeDefinition:
-            case StatementKind::AttributeDefault:
-            case StatementKind::AttributeValue:
-                ParseAttributeStatement(database_.attributes, statement);
-                break;
-            case StatementKind::Other:
-                break;
+        if (kind == StatementKind::Message) {
+            accepting_ = ReadMessage(database_, statement, line - 1);
+        } else if (kind == StatementKind::Signal) {
+            accepting_ = accepting && ReadSignal(database_, statement, line - 1);
+        } else if (kind == StatementKind::Comment) {
+            if (!ReadMessageComment(database_, statement)) {
+                ReadSignalComment(database_, statement);
+            }
+        } else if (kind == StatementKind::ValueType) {
+            ReadValueTypeStatement(database_, statement);
+        } else if (kind == StatementKind::ValueDescription) {
+            ReadValueDescriptionStatement(database_, statement);
+        } else if (kind == StatementKind::Attribute) {
+            ParseAttributeStatement(database_.attributes, statement);
         }
     }
 

@@ -12,8 +12,7 @@ namespace {
 
 bool ParseName(CANMessage& message, std::string_view line, size_t& position) {
     size_t colon = kNpos;
-    const std::string_view text = TextUntilChar(line, position, ':', colon);
-    const std::string_view name = text.empty() ? text : TrimmedBetween(text, 0, text.size() - 1);
+    const std::string_view name = Trimmed(TextUntilChar(line, position, ':', colon));
     if (name.empty()) {
         return false;
     }
@@ -32,7 +31,7 @@ bool ParseDataLength(CANMessage& message, std::string_view line, size_t& positio
     while (position < line.size() && IsDigit(line[position])) {
         ++position;
     }
-    return ToU32(line.substr(first, position - first), message.dlc);
+    return ToU32(line.substr(first), message.dlc);
 }
 
 }  // namespace

@@ -16,9 +16,7 @@ enum class StatementKind : uint8_t {
     Comment,
     ValueDescription,
     ValueType,
-    AttributeDefinition,
-    AttributeDefault,
-    AttributeValue
+    Attribute
 };
 
 // How the text of a statement ends.
