@@ -37,12 +37,10 @@ size_t ParseMultiplexer(CANSignal& signal, std::string_view text) {
         signal.multiplexKind = TABRIN_MULTIPLEX_MULTIPLEXOR;
         return mark;
     }
-    uint32_t value = 0;
-    if (behind.find_first_not_of("0123456789abcdefABCDEFx \t") != kNpos || !ToU32(behind, value)) {
+    if (behind.find_first_not_of("0123456789abcdefABCDEFx \t") != kNpos || !ToU32(behind, signal.multiplexValue)) {
         return text.size();
     }
     signal.multiplexKind = TABRIN_MULTIPLEX_MULTIPLEXED;
-    signal.multiplexValue = value;
     return mark;
 }
 
@@ -84,7 +82,7 @@ bool ParseOrderAndSign(CANSignal& signal, std::string_view line, size_t& positio
 
 bool ParseBits(CANSignal& signal, std::string_view line, size_t& position) {
     size_t bar = kNpos;
-    if (!U32UntilChar(line, position, '|', signal.startBit, bar) || bar + 1 == line.size()) {
+    if (!U32UntilChar(line, position, '|', signal.startBit, bar)) {
         return false;
     }
     size_t at = kNpos;
@@ -108,7 +106,7 @@ size_t FindCharNear(std::string_view line, size_t pos, char c) {
 }
 
 // Two numbers between brackets, such as "(0.5,-40)" or "[0|8031.875]".
-bool ParsePair(std::string_view line, size_t& position, std::string_view brackets, double& first, double& second) {
+bool ParsePair(std::string_view line, size_t& position, const char (&brackets)[4], double& first, double& second) {
     const size_t open = FindCharNear(line, position, brackets[0]);
     if (open == kNpos) {
         return false;

@@ -31,6 +31,7 @@ TEST(SignalStatement, WrittenLineTellsWhatWasRead) {
         {"SG_ S : 7|8@0 (1,0) [0|1] \"\"", " SG_ S : 7|8@0+ (1,0) [0|1] \"\" Kestrune"},
         {"SG_ S : 0|8 (1,0) [0|255] \"\"", " SG_ S : 0|8@1+ (1,0) [0|255] \"\" Kestrune"},
         {"SG_ S : 0|8@1+ (1,0) [10|0] \"\"", " SG_ S : 0|8@1+ (1,0) [0|10] \"\" Kestrune"},
+        {"SG_ S : 0|8@1+ (1,0) [0|-0] \"\"", " SG_ S : 0|8@1+ (1,0) [0|-0] \"\" Kestrune"},  // both are 0
         {"SG_ S : 0|8@1+ (1,0) [0|1] \"\xC2\xB5s\" X", " SG_ S : 0|8@1+ (1,0) [0|1] \"_s\" X"},
         {"SG_ My Signal : 0|8@1+ (1,0) [0|1] \"\" X", " SG_ My_Signal : 0|8@1+ (1,0) [0|1] \"\" X"},
         {"SG_ S:0|8@1+(1,0)[0|255]\"km/h\"A", " SG_ S : 0|8@1+ (1,0) [0|255] \"km/h\" A"},
@@ -111,6 +112,7 @@ TEST(SignalStatement, NameAndMultiplexerAreToldApart) {
         {"SG_ S m1g ", "S m1g", "S_m1g", 0, 0},
         {"SG_ S m1G ", "S m1G", "S_m1G", 0, 0},
         {"SG_ S m1X ", "S m1X", "S_m1X", 0, 0},
+        {"SG_ S m1~ ", "S m1~", "S_m1_", 0, 0},
         {"SG_ S m1\n", "S m1", "S_m1", 0, 0},  // of the blanks, only spaces and tabs may follow
         {"SG_ S m1\v", "S m1", "S_m1", 0, 0},
         {"SG_ S m1\r", "S m1", "S_m1", 0, 0},
