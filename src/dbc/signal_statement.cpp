@@ -1,4 +1,5 @@
 // SG_ <name> [M | m<value>] : <start>|<length>@<order><sign> (<factor>,<offset>) [<min>|<max>] "<unit>" <receiver>,...
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -185,9 +186,7 @@ bool CANSignal::ParseLine(std::string_view line) {
         return fail(TABRIN_ERROR_SIGNAL_RANGE);
     }
     ParseUnit(*this, line, position);
-    if (position < line.size()) {
-        receivers.Assign(GetArena(), line.substr(position));
-    }
+    receivers.Assign(GetArena(), line.substr(std::min(position, line.size())));
     invalid = false;
     return true;
 }

@@ -41,7 +41,7 @@ int OpenAtOnce(const std::string& path, int flags) {
     const bool isFifo = IsFifo(path.c_str());
     const int allFlags = flags | kAlways | (isFifo ? O_NONBLOCK : 0);
     const int descriptor = Retried([&] { return open(path.c_str(), allFlags, kReadWriteForAll); });
-    if (isFifo && descriptor != -1) {
+    if (isFifo) {
         fcntl(descriptor, F_SETFL, 0);
     }
     return descriptor;

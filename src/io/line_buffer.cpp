@@ -140,8 +140,6 @@ void LineBuffer::TakeLine(size_t lineEnd) {
     }
     end_ += size;
     data_[end_++] = '\n';
-    // The line end that a last line is given may lie one byte behind everything that was read.
-    rawEnd_ = std::max(rawEnd_, end_);
     rawBegin_ = searched_ = closed ? lineEnd + 1 : rawEnd_;
 }
 

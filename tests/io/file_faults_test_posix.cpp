@@ -295,6 +295,18 @@ TEST(OpenFault, ProgramsThatAreStartedMeanwhileDoNotInheritTheFile) {
     }
 }
 
+// Where another program has to give up a lease on the file first, it is waited for.
+TEST(OpenFault, OpeningAnOrdinaryFileMayTakeItsTime) {
+    for (const OpenMode mode : {OpenMode::Read, OpenMode::Write}) {
+        const TempFile file("");
+        SystemFaults faults;
+        DbcFileStream stream;
+        Open(stream, file.Path(), mode);
+        EXPECT_EQ(faults.Opened(), 1U);
+        EXPECT_EQ(faults.OpenFlags() & O_NONBLOCK, 0);
+    }
+}
+
 TEST(OpenFault, RightsOfANewFileAreLeftToTheUmask) {
     for (const auto& [mask, rights] : {std::pair{0U, 0666U}, std::pair{027U, 0640U}}) {
         SCOPED_TRACE(testing::Message() << "umask " << mask);

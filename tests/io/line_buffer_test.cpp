@@ -1,6 +1,7 @@
 #include "io/line_buffer.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "io/io_test_support.h"
 
@@ -69,7 +70,7 @@ TEST(CleanLine, SequencesAreRepairedBeforeControlCharactersAreLeftOut) {
     CheckCleaned({{"\xC3\x01\xA4", "__"}, {"\xE2\x82\0\xAC"sv, "___"}, {"\xE4\x01", "_"}});
 }
 
-// Lines are looked at eight bytes at a time.
+// Lines are looked at several bytes at a time.
 TEST(CleanLine, EveryByteIsTreatedAlikeAtEveryPosition) {
     for (int value = 0; value < 256; ++value) {
         if (value == '\n') {
@@ -89,6 +90,17 @@ TEST(CleanLine, EveryByteIsTreatedAlikeAtEveryPosition) {
                 ASSERT_EQ(line, expected) << value << ", " << before << " before, " << behind << " behind";
             }
         }
+    }
+}
+
+// Only the line itself tells, not the plain text around it.
+TEST(CleanLine, EveryByteOfALongLineIsLookedAt) {
+    constexpr size_t kSize = 64;
+    for (size_t at = 0; at < kSize; ++at) {
+        std::string text(3 * kSize, 'a');
+        text[kSize + at] = '\x01';
+        EXPECT_EQ(CleanLine(text.data() + kSize, kSize), kSize - 1) << at;
+        EXPECT_EQ(text.substr(kSize, kSize - 1), std::string(kSize - 1, 'a')) << at;
     }
 }
 
@@ -288,6 +300,27 @@ TEST(LineBuffer, AgreesWithAPlainText) {
         EXPECT_EQ(buffer.ReadLine(), LineBuffer::Result::EndOfFile);
         EXPECT_TRUE(buffer.Text() == text);
     }
+}
+
+// One piece of memory serves for all of a file, when lines are dropped as they come.
+TEST(LineBuffer, ShortLinesTakeTheRoomOfAFewBlocks) {
+    std::string bytes;
+    while (bytes.size() < 2000000) {
+        bytes += "some short line\n";
+    }
+    const TempFile path(bytes);
+    File file;
+    ASSERT_TRUE(file.OpenForReading(path.Path()));
+    LineBuffer buffer(file);
+    uintptr_t least = UINTPTR_MAX;
+    uintptr_t most = 0;
+    while (buffer.ReadLine() == LineBuffer::Result::Line) {
+        const auto place = reinterpret_cast<uintptr_t>(buffer.Text().data());
+        least = std::min(least, place);
+        most = std::max(most, place);
+        buffer.Clear();
+    }
+    EXPECT_LT(most - least, 4U * 65536U);
 }
 
 TEST(LineBuffer, StartsAnewWithTheNextFile) {
