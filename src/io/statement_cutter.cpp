@@ -76,21 +76,17 @@ void StatementCutter::Reset() {
     lastRead_ = LineBuffer::Result::Line;
     linesRead_ = 0;
     pending_ = false;
-    current_ = next_ = {};
-    scanPosition_ = 0;
     text_ = {};
 }
 
 bool StatementCutter::Next() {
     text_ = {};
     if (lastRead_ != LineBuffer::Result::Line) {
-        lines_.Clear();
         return false;
     }
     if (pending_) {
         current_ = next_;
     } else if (!SeekKeyword()) {
-        lines_.Clear();
         return false;
     }
     lines_.Drop(current_.start);

@@ -94,6 +94,23 @@ TEST(ValueDescriptionStatement, ReadAgainItsTextsAreJoined) {
     EXPECT_EQ(Listed(signal), "0=Off - Off|1=On - On");
 }
 
+// 7919 and 1000 have no common divisor, so that each value comes once.
+TEST(ValueDescriptionStatement, ManyPairsInNoOrderAreRead) {
+    constexpr int kCount = 1000;
+    std::string statement = "VAL_ 100 S";
+    std::string expected;
+    for (int i = 0; i < kCount; ++i) {
+        const std::string value = std::to_string(i * 7919 % kCount);
+        statement.append(" ").append(value).append(" \"text ").append(value).append("\"");
+        expected.append(i == 0 ? "" : "|").append(std::to_string(i)).append("=text ").append(std::to_string(i));
+    }
+    CANDatabase database;
+    CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
+    const CANSignal& signal = AddReadSignal(message, "S");
+    EXPECT_TRUE(ReadValueDescriptionStatement(database, statement));
+    EXPECT_EQ(Listed(signal), expected);
+}
+
 // --- Reading: which signals are meant. The rules are those of both statements.
 
 struct TargetCase {
