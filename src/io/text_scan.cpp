@@ -51,7 +51,7 @@ bool UnsignedToken(std::string_view text, size_t pos, uint32_t& value, size_t& e
     std::string_view rest = text.substr(start);
     uint64_t digits = 0;
     const size_t count = TakeDigits(rest, digits);
-    if (count != 0 && count <= kMostDigits && digits <= kLargest && !rest.empty() && IsBlank(rest.front())) {
+    if (count <= kMostDigits && digits <= kLargest && !rest.empty() && IsBlank(rest.front())) {
         value = static_cast<uint32_t>(digits);
         end = start + count;
         return true;
@@ -71,7 +71,7 @@ bool UnsignedToken(std::string_view text, size_t pos, uint32_t& value, size_t& e
 }
 
 std::string_view TrimmedBetween(std::string_view text, size_t pos, size_t last) {
-    if (pos >= text.size() || pos >= last) {
+    if (pos >= last) {
         return {};
     }
     const size_t first = FindNonBlank(text, pos);

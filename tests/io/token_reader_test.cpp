@@ -53,6 +53,7 @@ TEST(SplitTokens, DelimitersInsideQuotesBecomeOneSpace) {
         {R"(A "x  y" B)", " ", {"A", R"("x y")", "B"}},
         {"A \"x\ty\" B", " \t", {"A", R"("x y")", "B"}},
         {R"("a;b,,c" d)", " ;,", {R"("a b c")", "d"}},
+        {R"("a!b" c)", " !", {R"("a b")", "c"}},
         {R"("a b  c d" e)", " ", {R"("a b c d")", "e"}},
         {R"("a  b c" d)", " ", {R"("a b c")", "d"}},
         {R"("a; b;" d)", " ;", {R"("a b ")", "d"}},
