@@ -118,6 +118,15 @@ TEST(Arena, KeepsACopyOfAText) {
     EXPECT_EQ(kept, std::string_view("two\0words", 9));
 }
 
+TEST(Arena, TextsLieOneBehindTheOther) {
+    TABRIN_SKIP_WITHOUT_LEVELS();
+    Arena arena;
+    const char* first = arena.Keep("abc").data();
+    EXPECT_EQ(arena.Keep("de").data(), first + 3);
+    EXPECT_EQ(arena.Keep("f").data(), first + 5);
+    EXPECT_EQ(arena.Keep("g").data(), first + 6);
+}
+
 TEST(Arena, KeepsTextsOfAnySizeApart) {
     Arena arena;
     std::vector<std::string_view> kept;
