@@ -158,9 +158,9 @@ StatementKind KindOf(const std::string& keyword) {
         {"CM_", StatementKind::Comment},
         {"VAL_", StatementKind::ValueDescription},
         {"SIG_VALTYPE_", StatementKind::ValueType},
-        {"BA_DEF_", StatementKind::AttributeDefinition},
-        {"BA_DEF_DEF_", StatementKind::AttributeDefault},
-        {"BA_", StatementKind::AttributeValue},
+        {"BA_DEF_", StatementKind::Attribute},
+        {"BA_DEF_DEF_", StatementKind::Attribute},
+        {"BA_", StatementKind::Attribute},
     };
     const auto found = kinds.find(keyword);
     return found == kinds.end() ? StatementKind::Other : found->second;
