@@ -87,9 +87,6 @@ void Arena::Rewind(const Mark& mark) {
 }
 
 void GrowingText::Append(Arena& arena, std::string_view text) {
-    if (text.empty()) {
-        return;
-    }
     if (text.size() > capacity_ - size_) {
         const size_t larger = std::max(size_ + text.size(), 2 * capacity_);
         char* moved = arena.Allocate(larger, 1);

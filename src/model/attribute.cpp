@@ -63,18 +63,17 @@ const std::string* Attribute::EnumText() const {
 
 bool SetValueFromText(Attribute& attribute, std::string_view text) {
     int32_t number = 0;
-    switch (attribute.valueType) {
-        case AttributeValueType::Int:
-            return ToI32(text, number) && SetIntFromNumber(attribute, number);
-        case AttributeValueType::Enum:
-            // A number outside the list leaves the name, if there is one behind it.
-            return (ToI32(text, number) && SetEnumFromNumber(attribute, number)) ||
-                   SetEnumFromName(attribute, Unquoted(text));
-        case AttributeValueType::String:
-            attribute.stringValue = Unquoted(text);
-            return true;
-        case AttributeValueType::Unsupported:
-            break;
+    if (attribute.valueType == AttributeValueType::Int) {
+        return ToI32(text, number) && SetIntFromNumber(attribute, number);
+    }
+    if (attribute.valueType == AttributeValueType::Enum) {
+        // A number outside the list leaves the name, if there is one behind it.
+        return (ToI32(text, number) && SetEnumFromNumber(attribute, number)) ||
+               SetEnumFromName(attribute, Unquoted(text));
+    }
+    if (attribute.valueType == AttributeValueType::String) {
+        attribute.stringValue = Unquoted(text);
+        return true;
     }
     return false;
 }

@@ -1,6 +1,7 @@
 #include "model/attribute_store.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 #include <tuple>
 #include <utility>
@@ -18,22 +19,14 @@ bool IsOfKind(const Attribute& attribute, const Attribute& probe, AttributeValue
 }
 
 // The place of a value type in the order in which a value looks for its definition.
-int SearchRank(AttributeValueType valueType) {
-    switch (valueType) {
-        case AttributeValueType::Int:
-            return 0;
-        case AttributeValueType::String:
-            return 1;
-        case AttributeValueType::Enum:
-        case AttributeValueType::Unsupported:
-            break;
-    }
-    return 2;
+auto SearchRank(AttributeValueType valueType) {
+    static constexpr AttributeValueType kOrder[] = {AttributeValueType::Int, AttributeValueType::String,
+                                                    AttributeValueType::Enum};
+    return std::find(std::begin(kOrder), std::end(kOrder), valueType);
 }
 
 bool IsFoundBefore(const Attribute& a, const Attribute& b) {
-    return a.objectType != b.objectType ? a.objectType < b.objectType
-                                        : SearchRank(a.valueType) < SearchRank(b.valueType);
+    return std::pair(a.objectType, SearchRank(a.valueType)) < std::pair(b.objectType, SearchRank(b.valueType));
 }
 
 }  // namespace
@@ -137,15 +130,10 @@ std::shared_ptr<Attribute> AttributeStore::Kept(const Attribute& attribute) {
 }
 
 void AttributeStore::SetDefaults(std::string_view name, std::string_view text) {
-    bool isKept = false;
     for (const std::shared_ptr<Attribute>& definition : definitions_) {
-        if (definition->name != name) {
-            continue;
+        if (definition->name == name) {
+            SetValueFromText(*definition, arena_.Keep(text));
         }
-        if (!std::exchange(isKept, true)) {
-            text = arena_.Keep(text);
-        }
-        SetValueFromText(*definition, text);
     }
 }
 

@@ -41,11 +41,7 @@ void CANSignal::Reset() {
 
 bool CANSignal::SetFromRecord(const CanSignalData* record) {
     Reset();
-    if (record == nullptr) {
-        return false;
-    }
-    if (!SetTextsFromRecord(*record)) {
-        Reset();
+    if (record == nullptr || !SetTextsFromRecord(*record)) {
         return false;
     }
     multiplexKind = record->multiplexKind;

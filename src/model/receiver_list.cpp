@@ -1,5 +1,6 @@
 #include "model/receiver_list.h"
 
+#include <algorithm>
 #include <string>
 
 #include "io/identifier.h"
@@ -9,22 +10,25 @@ namespace tabrin {
 
 namespace {
 
-// Calls `use` with each piece of a text between its commas, as long as it answers true.
+// Calls `use` with each piece of a text between its commas.
 template <typename Use>
-bool AllPieces(std::string_view text, Use use) {
+void ForEachPiece(std::string_view text, Use use) {
     for (size_t start = 0; start <= text.size();) {
-        const size_t comma = text.find(',', start);
-        if (!use(text.substr(start, comma - start))) {
-            return false;
-        }
-        start = comma == kNpos ? text.size() + 1 : comma + 1;
+        const size_t end = std::min(text.find(',', start), text.size());
+        use(text.substr(start, end - start));
+        start = end + 1;
     }
-    return true;
+}
+
+bool IsListOfIdentifiers(std::string_view text) {
+    bool isList = true;
+    ForEachPiece(text, [&](std::string_view piece) { isList = isList && IsIdentifier(piece); });
+    return isList;
 }
 
 std::string JoinedIdentifiers(std::string_view text) {
     std::string joined;
-    AllPieces(text, [&](std::string_view piece) {
+    ForEachPiece(text, [&](std::string_view piece) {
         const std::string_view name = Trimmed(piece);
         if (!name.empty()) {
             if (!joined.empty()) {
@@ -32,7 +36,6 @@ std::string JoinedIdentifiers(std::string_view text) {
             }
             AppendIdentifier(joined, name);
         }
-        return true;
     });
     return joined;
 }
@@ -42,7 +45,7 @@ std::string JoinedIdentifiers(std::string_view text) {
 // Usually the text is what it becomes.
 void ReceiverList::Assign(Arena& arena, std::string_view text) {
     text = Trimmed(text);
-    joined_ = arena.Keep(AllPieces(text, IsIdentifier) ? text : JoinedIdentifiers(text));
+    joined_ = arena.Keep(IsListOfIdentifiers(text) ? text : JoinedIdentifiers(text));
 }
 
 }  // namespace tabrin

@@ -12,14 +12,9 @@ void SignalNameIndex::Add(const CANMessage& message) {
     for (const auto& signal : message.signals) {
         AddSignal(*signal);
     }
-    if (begin == entries_.size()) {
-        return;
-    }
     std::sort(Place(begin), entries_.end(), IsLess);
-    if (begin != 0) {
-        innerEnds_.push_back(begin);
-        MergeLikeRuns();
-    }
+    innerEnds_.push_back(begin);
+    MergeLikeRuns();
 }
 
 void SignalNameIndex::AddSignal(CANSignal& signal) {

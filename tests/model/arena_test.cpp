@@ -123,7 +123,9 @@ TEST(Arena, TextsLieOneBehindTheOther) {
     Arena arena;
     const char* first = arena.Keep("abc").data();
     EXPECT_EQ(arena.Keep("de").data(), first + 3);
-    EXPECT_EQ(arena.Keep("f").data(), first + 5);
+    GrowingText text;
+    text.Append(arena, "f");
+    EXPECT_EQ(text.View().data(), first + 5);
     EXPECT_EQ(arena.Keep("g").data(), first + 6);
 }
 
@@ -163,7 +165,7 @@ TEST(ArenaScope, GivesBackWhatWasAllocatedInIt) {
         for (int round = 0; round < 4; ++round) {
             {
                 const ArenaScope scope(arena);
-                for (int i = 0; i < 50; ++i) {
+                for (int i = 0; i < 70; ++i) {
                     arena.Allocate(size, 1);
                 }
             }
@@ -236,6 +238,29 @@ TEST(ArenaScope, InsideAnotherGivesBackItsOwn) {
         outer.Keep();
     }
     pieces.push_back(Fill(arena, 3000, 1, 'e'));
+    ExpectIntact(pieces);
+}
+
+// Each of the two begins a block of small pieces behind large ones.
+TEST(ArenaScope, InsideAnotherGoesBeforeIt) {
+    Arena arena;
+    std::vector<Filled> pieces = {Fill(arena, 10, 1, 'a')};
+    {
+        const ArenaScope outer(arena);
+        Fill(arena, 100000, 1, 'b');
+        {
+            const ArenaScope inner(arena);
+            Fill(arena, 100000, 1, 'c');
+            for (int i = 0; i < 50; ++i) {
+                Fill(arena, 100, 1, 'd');
+            }
+        }
+        Fill(arena, 300, 1, 'e');
+        Fill(arena, 100000, 1, 'f');
+    }
+    for (int i = 0; i < 2000; ++i) {
+        pieces.push_back(Fill(arena, 100, 1, 'g'));
+    }
     ExpectIntact(pieces);
 }
 

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -392,6 +393,40 @@ TEST(AttributeStoreDefaults, DoNotTouchValues) {
     store.AddValue(IntValue("Name", Object::General, 0, "", 5));
     store.SetDefaults("Name", "6");
     EXPECT_EQ(AttributeTexts(store.Values()), Texts{"General Int Name 0..100 int=5"});
+}
+
+TEST(AttributeStore, HasTextsOfItsOwn) {
+    std::string text = "old";
+    std::string quoted = "\"old\"";
+    Attribute attribute = MakeAttribute("", Object::Signal, Type::String);
+    attribute.name = attribute.signalName = attribute.stringValue = text;
+    AttributeStore store;
+    store.AddDefinition(attribute);
+    store.AddDefinition(MakeAttribute("Name", Object::General, Type::String));
+    store.SetDefaults("Name", quoted);
+    store.AddValue(attribute);
+    text.assign("new");
+    quoted.assign("\"new\"");
+    EXPECT_EQ(AttributeTexts(store.Definitions()),
+              (Texts{"Signal String old signal=old text=[old]", "General String Name text=[old]"}));
+    EXPECT_EQ(AttributeTexts(store.Values()), Texts{"Signal String old signal=old text=[old]"});
+}
+
+TEST(AttributeStore, ClearLetsGoOfTheListsOfNames) {
+    AttributeStore store;
+    Attribute attribute = MakeAttribute("Name", Object::General, Type::Enum);
+    attribute.enumValues = EnumList({"A", "B"});
+    const std::weak_ptr<const EnumValues> definition = attribute.enumValues;
+    store.AddDefinition(attribute);
+    attribute.enumValues = EnumList({"A", "B"});
+    const std::weak_ptr<const EnumValues> value = attribute.enumValues;
+    store.AddValue(attribute);
+    attribute.enumValues.reset();
+    EXPECT_FALSE(definition.expired());
+    EXPECT_FALSE(value.expired());
+    store.Clear();
+    EXPECT_TRUE(definition.expired());
+    EXPECT_TRUE(value.expired());
 }
 
 TEST(AttributeStore, ClearForgetsDefinitionsAndValues) {
