@@ -87,7 +87,22 @@ TEST_F(LongUse, HoldsMemoryFlat) {
     }
 }
 
-// What the two tests above go by.
+// Their entries in the error list are all that is left of them.
+TEST_F(LongUse, LongFaultyStatementsTakeNoMemoryForThemselves) {
+    constexpr uint32_t kStatements = 1000;
+    std::string text = "BO_ 1 Message: 8 Node\n";
+    for (uint32_t i = 0; i < kStatements; ++i) {
+        text += "BO_ 2 " + std::string(3000, 'x') + ": faulty\n";
+    }
+    const std::string path = TempPath("dbc");
+    WriteBytes(path, text);
+    const size_t before = HeapBytesInUse();
+    ASSERT_EQ(ReadFile(path), kDone);
+    EXPECT_EQ(NumErrors(), kStatements);
+    EXPECT_LT(HeapBytesInUse(), before + 4 * kStatements * sizeof(CanErrorData));
+}
+
+// What the tests above go by.
 TEST_F(LongUse, IsMeasured) {
     const size_t before = HeapBytesInUse();
     for (uint32_t i = 0; i < 1000; ++i) {

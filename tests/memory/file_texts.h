@@ -32,12 +32,14 @@ inline constexpr std::string_view kDefinitions =
     "BA_DEF_DEF_ \"GenSigStartValue\" 3;\r\n";
 inline constexpr std::string_view kMessage =
     "BO_ 25# StateOfTheEngineInAllItsDetails#: 16 EngineControlUnitOfTheCar\r\n"
+    " SG_ SameNameForMoreThanOneSignal m2 : 8|8@1+ (0.4,0) [0|102] \"%\" Kestrune\r\n"
     " SG_ PageOfTheMultiplexedMessage M : 0|4@1+ (1,0) [0|15] \"\" GatewayOfTheWholeVehicle\r\n"
     " SG_ TemperatureOfTheCoolingWater m1 : 8|8@1- (0.5,-40) [87.5|-40] \"\xC2\xB0"
     "C behind the cooler\" GatewayOfTheWholeVehicle,EngineControlUnitOfTheCar\r\n"
-    " SG_ SameNameForMoreThanOneSignal m2 : 8|8@1+ (0.4,0) [0|102] \"%\" Kestrune\r\n"
     " SG_ SameNameForMoreThanOneSignal m3 : 16|8@0+ (1,0) [0|255] \"\" Kestrune\r\n"
     " SG_ SameNameForMoreThanOneSignal m4 : 24|8@0+ (1,0) [0|255] \"\" Kestrune\r\n"
+    " SG_ SameNameAgain m5 : 24|8@0+ (1,0) [0|255] \"\" GatewayOfTheWholeVehicle\r\n"
+    " SG_ SameNameAgain m6 : 24|8@0+ (1,0) [0|255] \"\" GatewayOfTheWholeVehicle\r\n"
     " SG_ RatioInSinglePrecision : 32|32@1- (1,0) [-1|1] \"\" GatewayOfTheWholeVehicle\r\n"
     " SG_ AngleInDoublePrecision : 64|64@1- (0.001,0) [0|360] \"degrees of an angle\" GatewayOfTheWholeVehicle\r\n"
     "BO_ faulty# NeitherThisOneNorItsSignals: 8 EngineControlUnitOfTheCar\r\n"
