@@ -57,7 +57,7 @@ bool ReadMessageComment(CANDatabase& database, std::string_view statement) {
     }
     const CANDatabase::Messages& messages = database.FindMessages(id);
     const Comment comment = ParseComment(statement, position);
-    if (comment.target.empty()) {
+    if (comment.target.empty() && !comment.text.empty()) {
         for (const auto& message : messages) {
             message->AppendComment(comment.text);
         }
@@ -72,8 +72,10 @@ bool ReadSignalComment(CANDatabase& database, std::string_view statement) {
         return false;
     }
     const Comment comment = ParseComment(statement, position);
-    database.FindSignalNames(id).ForEachRead(comment.target,
-                                             [&](CANSignal& signal) { signal.AppendComment(comment.text); });
+    if (!comment.text.empty()) {
+        database.FindSignalNames(id).ForEachRead(comment.target,
+                                                 [&](CANSignal& signal) { signal.AppendComment(comment.text); });
+    }
     return !database.FindMessages(id).empty();
 }
 
