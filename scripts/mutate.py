@@ -13,8 +13,9 @@ Files and patterns select sources ("src/io/*", "*/text_scan.h"); without them al
 docs/mutation_survivors.md lists the changes that are none, as nothing that a caller can see comes of them, each with
 its reason; they are shown as such.
 
-What was found is kept in build/mutation/log.jsonl, and a later run goes on behind it: only mutants of sources that have
-changed since are tried again. --again tries the survivors again, which is for after a test has been written.
+What was found is kept in build/mutation/log.jsonl, and a later run goes on behind it: only mutants of lines that have
+changed since, or stand beside one that has, are tried again. --again tries the survivors again, which is for after a test
+has been written. --quick leaves out the slow tests and most compiling; what survives it is tried in full by --again.
 
 Needs clang-14, lld-14, cmake, ninja and what the tests need; the tests have to pass without any change.
 """
@@ -169,8 +170,14 @@ class Mutant:
         self.start, self.end, self.new = change
         self.old = text[self.start:self.end]
         self.line = text.count("\n", 0, self.start) + 1
-        version = hashlib.sha1(text.encode()).hexdigest()
-        self.key = f"{file}@{version}:{self.start}-{self.end}:{self.new}"
+
+    def key(self):
+        """By what is known again when other lines have changed."""
+        lines = self.text.splitlines()
+        around = "\n".join(line.strip() for line in lines[max(self.line - 2, 0):self.line + 1])
+        column = self.start - self.text.rfind("\n", 0, self.start)
+        content = f"{around}\n{column} {self.old} {self.new}"
+        return f"{self.file} {hashlib.sha1(content.encode()).hexdigest()}"
 
     def changed_text(self):
         return self.text[:self.start] + self.new + self.text[self.end:]
@@ -276,15 +283,18 @@ class Tree:
 
     def configure(self):
         """Precompiled headers save half of the time for a source, and nothing has to look for new files."""
-        hook = WORK / "precompiled.cmake"
+        hook = self.folder / "precompiled.cmake"
         headers = sorted(set(re.findall(r"#include (<[a-z_]+>)", "".join(
             path.read_text(encoding="utf-8") for path in (ROOT / "src").glob("*/*.[ch]*")))))
-        hook.write_text("cmake_language(DEFER CALL target_precompile_headers tabrin_core PRIVATE "
-                        + " ".join(headers) + ")\n", encoding="utf-8")
+        deferred = [f"target_precompile_headers tabrin_core PRIVATE {' '.join(headers)}", *self.further_settings()]
+        hook.write_text("".join(f"cmake_language(DEFER CALL {call})\n" for call in deferred), encoding="utf-8")
         run(["cmake", "-G", "Ninja", "-S", self.folder, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
              "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -w -D_GLIBCXX_ASSERTIONS", "-DCMAKE_SUPPRESS_REGENERATION=ON",
              "-DTABRIN_BUILD_EXAMPLES=OFF", "-DTABRIN_BUILD_TOOLS=OFF", f"-DTABRIN_CORPUS_DIR={WORK / 'no-corpus'}",
              f"-DCMAKE_PROJECT_TOP_LEVEL_INCLUDES={hook}", *self.toolchain()], WORK)
+
+    def further_settings(self):
+        return []
 
     def toolchain(self):
         return ["-DCMAKE_C_COMPILER=clang-14", "-DCMAKE_CXX_COMPILER=clang++-14",
@@ -348,12 +358,37 @@ class Tree:
             self.restore()
         self.changed = path
         path.write_text(mutant.changed_text(), encoding="utf-8")
+        self.note_changed(path)
         return self.verdict(mutant)
+
+    def note_changed(self, path):
+        pass
 
     def restore(self):
         if self.changed:
             shutil.copyfile(ROOT / self.changed.relative_to(self.folder), self.changed)
+            self.note_changed(self.changed)
             self.changed = None
+
+
+class QuickHeaderTree(Tree):
+    """Where a header is changed, only the library is compiled again, in one piece. What the unit tests have of the header
+    comes from that piece, too, as it is linked in front of them; but for what the compiler puts in place, such as
+    constants. So what survives may not survive --again, which compiles them."""
+
+    def __init__(self, number):
+        super().__init__(f"_headers{number}")
+
+    def further_settings(self):
+        library = self.build / "CMakeFiles/tabrin_core.dir/Unity/unity_0_cxx.cxx.o"
+        return ["set_target_properties tabrin_core PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0",
+                f"target_link_options tabrin_unit_tests BEFORE PRIVATE LINKER:-z,muldefs {library}"]
+
+    def note_changed(self, path):
+        os.utime(path, (1, 1))
+        for target in ("tabrin_core", "tabrin64"):
+            for compiled in (self.build / f"CMakeFiles/{target}.dir").glob("*/**/*.o"):
+                compiled.unlink()
 
 
 class WindowsTree(Tree):
@@ -368,8 +403,8 @@ class WindowsTree(Tree):
         return ["--toolchain", self.folder / "cmake" / "mingw-w64-x86_64.cmake"]
 
 
-def work(number, windows, waiting, results, lock):
-    tree = WindowsTree(number) if windows else Tree(number)
+def work(number, kind, waiting, results, lock):
+    tree = kind(number)
     while True:
         try:
             mutants = waiting.get_nowait()
@@ -380,21 +415,27 @@ def work(number, windows, waiting, results, lock):
             start = time.monotonic()
             result = tree.attempt(mutant)
             with lock, open(LOG, "a", encoding="utf-8") as log:
-                results[mutant.key] = result
-                entry = {"key": mutant.key, "result": result, "seconds": round(time.monotonic() - start, 2)}
+                results[mutant.key()] = result
+                entry = {"key": mutant.key(), "result": result, "seconds": round(time.monotonic() - start, 2)}
                 log.write(json.dumps(entry) + "\n")
                 if result == "survived":
                     print(mutant, flush=True)
 
 
-def try_all(mutants, results, jobs, windows):
+def try_all(mutants, results, jobs, kind):
     waiting = queue.Queue()
     for start in range(0, len(mutants), 25):  # neighbours share a source, and changing back costs a compilation
         waiting.put(mutants[start:start + 25])
     lock = threading.Lock()
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
-        for worker in [pool.submit(work, number, windows, waiting, results, lock) for number in range(jobs)]:
+        for worker in [pool.submit(work, number, kind, waiting, results, lock) for number in range(jobs)]:
             worker.result()
+
+
+def by_tree(mutants, options):
+    headers = [mutant for mutant in mutants if mutant.file.endswith(".h") and options.quick]
+    others = [mutant for mutant in mutants if mutant not in headers]
+    return (WindowsTree if options.windows else Tree, others), (QuickHeaderTree, headers)
 
 
 # --- What is said
@@ -403,7 +444,7 @@ def print_table(mutants, results):
     excused = set(excused_places())
     tally = collections.defaultdict(collections.Counter)
     for mutant in mutants:
-        result = results.get(mutant.key, "not tried")
+        result = results.get(mutant.key(), "not tried")
         if result == "survived" and (mutant.file, *mutant.place()) in excused:
             result = "no change"
         for row in (mutant.file, "all"):
@@ -444,19 +485,20 @@ def main():
     excused = set(excused_places())
     if options.report:
         for mutant in mutants:
-            if results.get(mutant.key) == "survived" and (mutant.file, *mutant.place()) not in excused:
+            if results.get(mutant.key()) == "survived" and (mutant.file, *mutant.place()) not in excused:
                 print(mutant)
     else:
         done = ("killed", "did not build") if options.again else ("killed", "did not build", "survived")
-        pending = [mutant for mutant in mutants if results.get(mutant.key) not in done]
+        pending = [mutant for mutant in mutants if results.get(mutant.key()) not in done]
         if options.again:
             pending = [mutant for mutant in pending
-                       if mutant.key in results and (mutant.file, *mutant.place()) not in excused]
-        if pending:
-            try:
-                try_all(pending, results, options.jobs, options.windows)
-            except Failed as failure:
-                sys.exit(f"without any change: {failure}")
+                       if mutant.key() in results and (mutant.file, *mutant.place()) not in excused]
+        try:
+            for kind, mutants_of_kind in by_tree(pending, options):
+                if mutants_of_kind:
+                    try_all(mutants_of_kind, results, options.jobs, kind)
+        except Failed as failure:
+            sys.exit(f"without any change: {failure}")
     print_table(mutants, results)
 
 
