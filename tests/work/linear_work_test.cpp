@@ -107,6 +107,16 @@ auto Namesakes(const std::string& name, const std::string& statement) {
     };
 }
 
+// Messages of one identifier, each with a signal and a statement for it.
+std::string MessagesOfOneIdentifier(size_t count) {
+    std::string text;
+    for (size_t i = 0; i < count; ++i) {
+        const std::string name = "S" + std::to_string(10'000 + i);
+        text += "BO_ 1 M: 8 X\n SG_ " + name + " : 0|8@1+ (1,0) [0|0] \"\" X\nVAL_ 1 " + name + " 0 \"a\";\n";
+    }
+    return text;
+}
+
 const Case kCases[] = {
     {"usual mix, reading", 800'000, bench::UsualMix, ReadingEffort},
     {"usual mix, walking", 800'000, bench::UsualMix, WalkingEffort},
@@ -125,6 +135,7 @@ const Case kCases[] = {
     {"no keyword, reading", 4'000'000, bench::NoKeyword, ReadingEffort},
     {"signals of one name, reading", 10'000, Counted(bench::EqualSignalNames), ReadingEffort},
     {"signals of one name, writing", 10'000, Counted(bench::EqualSignalNames), WritingEffort},
+    {"messages of one identifier, reading", 40'000, MessagesOfOneIdentifier, ReadingEffort},
     {"names that become others, reading", 10'000, Namesakes("A B", "VAL_ 1 A_B 1 \"x\" ;"), ReadingEffort},
     {"comments on what names become, reading", 10'000, Namesakes("A B", "CM_ SG_ 1 A_B \"x\";"), ReadingEffort},
     {"attributes of what names were, reading", 10'000, Namesakes("A-B", "BA_ \"GenSigStartValue\" SG_ 1 A-B 5;"),

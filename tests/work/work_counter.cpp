@@ -9,6 +9,8 @@ namespace {
 uint64_t workDone = 0;
 uint64_t bytesAllocated = 0;
 
+constexpr size_t kBytesAtOnce = 16;
+
 }  // namespace
 
 namespace tabrin {
@@ -27,6 +29,30 @@ uint64_t BytesAllocated() {
 extern "C" void __sanitizer_cov_trace_pc();   // NOLINT(bugprone-reserved-identifier): the compiler's name
 extern "C" void __sanitizer_cov_trace_pc() {  // NOLINT(bugprone-reserved-identifier)
     ++workDone;
+}
+
+// The linker puts these in the place of the functions of the C library, which work block by block without being counted.
+extern "C" {
+void* __real_memchr(const void* text, int c, size_t size);            // NOLINT(bugprone-reserved-identifier)
+void* __real_memmove(void* target, const void* source, size_t size);  // NOLINT(bugprone-reserved-identifier)
+void* __real_memcpy(void* target, const void* source, size_t size);   // NOLINT(bugprone-reserved-identifier)
+
+void* __wrap_memchr(const void* text, int c, size_t size) {  // NOLINT(bugprone-reserved-identifier)
+    void* found = __real_memchr(text, c, size);
+    const size_t looked = found != nullptr ? static_cast<char*>(found) - static_cast<const char*>(text) : size;
+    workDone += looked / kBytesAtOnce;
+    return found;
+}
+
+void* __wrap_memmove(void* target, const void* source, size_t size) {  // NOLINT(bugprone-reserved-identifier)
+    workDone += size / kBytesAtOnce;
+    return __real_memmove(target, source, size);
+}
+
+void* __wrap_memcpy(void* target, const void* source, size_t size) {  // NOLINT(bugprone-reserved-identifier)
+    workDone += size / kBytesAtOnce;
+    return __real_memcpy(target, source, size);
+}
 }
 
 // The array and nothrow forms of the standard library come here too.

@@ -6,7 +6,7 @@
 namespace tabrin {
 
 // How many stretches of straight code the core has run through so far, in this process. The test program is linked with
-// a core whose every such stretch counts itself. What the C library does, such as moving bytes, is not in it.
+// a core whose every such stretch counts itself. Bytes that the C library searches or moves count by the sixteen.
 uint64_t WorkDone();
 
 // How many bytes have been allocated so far in this process, those that are free again included: buffers that grow are
