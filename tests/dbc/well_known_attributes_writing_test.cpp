@@ -105,6 +105,16 @@ TEST(WellKnownAttributesText, ComparesNamesByteByByte) {
               "BA_ \"Kestrune_Sig_Name\" SG_ 2 Signal \"\";\r\n");
 }
 
+TEST(WellKnownAttributesText, HasNoNamesThatAreEqualInOtherMemory) {
+    const std::string messageName = "Msg";
+    const std::string signalName = "S";
+    CANDatabase database;
+    CANMessage& message = AddMessage(database);
+    AddSignal(message).name = signalName;
+    message.name = messageName;
+    EXPECT_EQ(AttributeText(database), "");
+}
+
 TEST(WellKnownAttributesText, OfSignalsHasThoseWhoseNamesDiffer) {
     CANDatabase database;
     CANMessage& first = AddMessage(database, {.id = 9, .name = "First"});
