@@ -132,7 +132,8 @@ std::shared_ptr<Attribute> AttributeStore::Kept(const Attribute& attribute) {
 void AttributeStore::SetDefaults(std::string_view name, std::string_view text) {
     for (const std::shared_ptr<Attribute>& definition : definitions_) {
         if (definition->name == name) {
-            SetValueFromText(*definition, arena_.Keep(text));
+            const bool isText = definition->valueType == AttributeValueType::String;
+            SetValueFromText(*definition, isText ? arena_.Keep(text) : text);
         }
     }
 }
