@@ -75,6 +75,19 @@ TEST(ValueDescriptionLine, ListsValuesInAscendingOrder) {
     }
 }
 
+// The room for a line grows with it, whatever it is that comes next.
+TEST(ValueDescriptionLine, HasItsNumbersAtAnyPlace) {
+    const std::string more(20000, 'y');
+    for (size_t size = 0; size < 600; ++size) {
+        SCOPED_TRACE(size);
+        const std::string text(size, 'x');
+        CANDatabase database;
+        CANSignal& signal = AddSignal(AddMessage(database));
+        Describe(signal, {{0, text}, {2147483647, more}});
+        ASSERT_TRUE(signal.WriteValueDescriptionLine(1) == "VAL_ 1 S 0 \"" + text + "\" 2147483647 \"" + more + "\";");
+    }
+}
+
 // --- SIG_VALTYPE_
 
 struct TypeLineCase {
