@@ -23,6 +23,7 @@ inline void ExpectReset(const CANMessage& message) {
     EXPECT_EQ(message.dlc, 0U);
     EXPECT_TRUE(message.signals.empty());
     EXPECT_EQ(message.nameAsRead, "");
+    EXPECT_EQ(message.attributesSet, 0U);
 }
 
 inline void FillEveryField(CANMessage& message) {
@@ -37,6 +38,7 @@ inline void FillEveryField(CANMessage& message) {
     message.dlc = 3;
     message.signals.push_back(std::make_shared<OwnSignal>());
     message.nameAsRead = "nameAsRead";
+    message.attributesSet = 7;
     message.parseErrors = {2};
 }
 
@@ -62,6 +64,7 @@ inline void ExpectReset(const CANSignal& signal) {
     EXPECT_EQ(signal.startValue, 0U);
     EXPECT_EQ(signal.inactiveValue, 0U);
     EXPECT_EQ(signal.nameAsRead, "");
+    EXPECT_EQ(signal.attributesSet, 0U);
     EXPECT_FALSE(signal.suffixApplied);
 }
 
@@ -87,6 +90,7 @@ inline void FillEveryField(CANSignal& signal) {
     signal.startValue = 11;
     signal.inactiveValue = 12;
     signal.nameAsRead = "nameAsRead";
+    signal.attributesSet = 7;
     signal.suffixApplied = true;
     signal.parseErrors = {3};
 }
