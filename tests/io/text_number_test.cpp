@@ -627,6 +627,9 @@ TEST(AppendNumber, DoublesHaveTenSignificantDigits) {
         {"0.125", 0.125},
         {"0.1", 0.1},
         {"0.3", 0.1 + 0.2},
+        // Some of the smallest steps away from the doubles of these decimals.
+        {"0.0001013", 0x1.a8e20bf93285fp-14},
+        {"0.00010193", 0x1.ab86810e07802p-14},
         {"-2.5", -2.5},
         {"100000", 100000.0},
         {"1000000", 1000000.0},
