@@ -202,6 +202,12 @@ class Output(ProgramTest):
                     _, output, _ = self.run_program(*command, *options)
                     self.assertEqual(coloured, "\x1b[" in output)
 
+    def terminal(self):
+        try:
+            return os.openpty()
+        except OSError as error:  # in a folder that is made the root, without the devices for it
+            return self.skipTest(f"there are no pseudo-terminals here: {error}")
+
     @only_on_linux("pseudo-terminals are of Unix")
     def test_colours_on_a_terminal(self):
         self.write("a.dbc", ONE)
@@ -209,7 +215,7 @@ class Output(ProgramTest):
                                       ({"TERM": "xterm", "NO_COLOR": "1"}, False),
                                       ({"TERM": "xterm", "NO_COLOR": ""}, True)):
             with self.subTest(environment):
-                ours, theirs = os.openpty()
+                ours, theirs = self.terminal()
                 try:
                     status, _, errors = self.run_program("check", "a.dbc", env=environment, stdout=theirs)
                     os.close(theirs)
