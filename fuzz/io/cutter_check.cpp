@@ -7,8 +7,8 @@
 #include "fuzz/check.h"
 #include "fuzz/naive_text.h"
 #include "io/dbc_file_stream.h"
+#include "io/first_keyword.h"
 #include "io/naive_statement_reader.h"
-#include "io/statement_cutter.h"
 
 namespace tabrin_fuzz {
 
@@ -94,7 +94,7 @@ void CompareKeywords(const std::string& text) {
         size_t end = 0;
         const bool expected = tabrin::NaiveFindKeyword(text, pos, index, start, end);
         tabrin::KeywordHit hit;
-        Require(tabrin::FindKeyword(text, pos, hit) == expected, "a keyword found or missed");
+        Require(tabrin::FirstKeyword(text, pos, hit) == expected, "a keyword found or missed");
         Require(!expected || (hit.start == start && hit.end == end), "a keyword found elsewhere");
         Require(!expected || hit.keyword->text == tabrin::NaiveKeywords()[index].text, "another keyword found");
     }

@@ -5,6 +5,7 @@
 
 #include "io/dbc_keywords.h"
 #include "io/identifier.h"
+#include "io/short_text.h"
 #include "io/text_number.h"
 #include "io/text_scan.h"
 #include "model/can_signal.h"
@@ -45,18 +46,71 @@ size_t ParseMultiplexer(CANSignal& signal, std::string_view text) {
     return mark;
 }
 
+// "M" or "m<value>" and nothing else.
+bool ParseSimpleMultiplexer(CANSignal& signal, std::string_view token) {
+    if (token == "M") {
+        signal.multiplexKind = TABRIN_MULTIPLEX_MULTIPLEXOR;
+        return true;
+    }
+    uint64_t value = 0;
+    std::string_view digits = token.substr(1);
+    const size_t count = TakeDigits(digits, value);
+    if (token.front() != 'm' || count == 0 || count > kSafeDigits || !digits.empty()) {
+        return false;
+    }
+    signal.multiplexKind = TABRIN_MULTIPLEX_MULTIPLEXED;
+    signal.multiplexValue = static_cast<uint32_t>(value);
+    return true;
+}
+
+// What stands in front of the colon in most statements: "Name", "Name M" or "Name m3", the name an identifier. One that
+// begins with an "m" is no such case, because it may be a multiplexer, and the name be empty.
+bool ParseSimpleName(CANSignal& signal, std::string_view line, size_t position, size_t& colon) {
+    const std::string_view front = line.substr(position, kLongestShortText);
+    const ShortText text(front);
+    const auto size = static_cast<size_t>(std::countr_zero(
+        text.Marks([](const ByteBlock& block) { return block.Equal(':'); }) | ~EveryMark(front.size())));
+    const uint64_t inTokens = text.Marks(MarkIdentifierChars) & EveryMark(size);
+    const uint64_t spaces = text.Marks([](const ByteBlock& block) { return block.Equal(' '); });
+    if (size == front.size() || inTokens == 0 || (inTokens | (spaces & EveryMark(size))) != EveryMark(size)) {
+        return false;
+    }
+    const std::string_view name = FirstMarkedRun(front, inTokens);
+    if (IsDigit(name.front()) || name.front() == 'm' || name.front() == 'M') {
+        return false;
+    }
+    const uint64_t behind = inTokens & ~EveryMark(static_cast<size_t>(name.end() - front.begin()));
+    if (behind != 0) {
+        const std::string_view multiplexer = FirstMarkedRun(front, behind);
+        const bool isLast = (behind & ~EveryMark(static_cast<size_t>(multiplexer.end() - front.begin()))) == 0;
+        if (!isLast || !ParseSimpleMultiplexer(signal, multiplexer)) {
+            return false;
+        }
+    }
+    signal.nameAsRead = signal.name = signal.identifierName = signal.GetArena().Keep(name);
+    colon = position + size;
+    return true;
+}
+
 // The name may come out empty: a signal named just M reads as a multiplexor without a name.
-bool ParseName(CANSignal& signal, std::string_view line, size_t& position) {
-    size_t colon = kNpos;
+bool ParseAnyName(CANSignal& signal, std::string_view line, size_t position, size_t& colon) {
     const std::string_view text = TextUntilChar(line, position, ':', colon);
-    if (text.empty() || colon + 1 == line.size()) {
+    if (text.empty()) {
         return false;
     }
     const std::string_view name = Trimmed(text.substr(0, ParseMultiplexer(signal, text)));
     signal.nameAsRead = signal.GetArena().Keep(name);
     SetName(signal.GetArena(), signal.nameAsRead, signal.name, signal.identifierName);
-    position = colon + 1;
     return true;
+}
+
+bool ParseName(CANSignal& signal, std::string_view line, size_t& position) {
+    size_t colon = kNpos;
+    if (!ParseSimpleName(signal, line, position, colon) && !ParseAnyName(signal, line, position, colon)) {
+        return false;
+    }
+    position = colon + 1;
+    return position != line.size();
 }
 
 // The first character that is no blank at or after `pos`. One must follow it.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "io/text_head.h"
+
 namespace tabrin {
 
 namespace {
@@ -25,15 +27,6 @@ constexpr StatementKeyword kSpecial[] = {
 
 constexpr size_t kNumKeywords = 35;
 
-// The first eight characters as one number.
-constexpr uint64_t Head(std::string_view text) {
-    uint64_t head = 0;
-    for (size_t i = 0; i < text.size() && i < sizeof head; ++i) {
-        head |= uint64_t{static_cast<unsigned char>(text[i])} << (8 * i);
-    }
-    return head;
-}
-
 // All keywords, each in the slot that its hash says. The multiplier is one with which no two want the same slot.
 struct KeywordTable {
     static constexpr uint8_t kEmpty = 0xFF;
@@ -55,7 +48,7 @@ struct KeywordTable {
             }
         }
         std::transform(keywords.begin(), keywords.end(), heads.begin(),
-                       [](const StatementKeyword& keyword) { return Head(keyword.text); });
+                       [](const StatementKeyword& keyword) { return HeadOf(keyword.text); });
         while (!FillSlots()) {
             multiplier += 2;
         }
@@ -88,7 +81,7 @@ static_assert(std::all_of(kTable.keywords.begin(), kTable.keywords.end(), [](con
 }  // namespace
 
 const StatementKeyword* FindStatementKeyword(std::string_view token) {
-    const uint64_t head = Head(token);
+    const uint64_t head = HeadOf(token);
     const uint8_t index = kTable.slots[kTable.SlotOf(head, token.size())];
     if (index == KeywordTable::kEmpty || kTable.heads[index] != head) {
         return nullptr;

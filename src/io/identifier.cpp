@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "io/char_set.h"
+#include "io/short_text.h"
 #include "io/text_scan.h"
 
 namespace tabrin {
@@ -34,7 +35,8 @@ bool IsIdentifier(std::string_view text) {
     if (text.empty() || text.size() > kLongestIdentifier || IsDigit(text.front())) {
         return false;
     }
-    return std::all_of(text.begin(), text.end(), [](char c) { return kIdentifierChars.Has(c); });
+    static_assert(kLongestIdentifier <= kLongestShortText);
+    return ShortText(text).Marks(MarkIdentifierChars) == EveryMark(text.size());
 }
 
 std::string AsciiFold(std::string_view text) {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "io/byte_block.h"
+#include "io/dbc_keywords.h"
 #include "io/text_scan.h"
 #include "io/text_utf8.h"
 
@@ -12,50 +12,29 @@ namespace tabrin {
 
 namespace {
 
-constexpr size_t kBlockSize = size_t{64} << 10;
+constexpr size_t kBlockSize = TextMarks::kMostBytes;
 
 bool IsControl(char c) {
     const auto byte = static_cast<unsigned char>(c);
     return (byte < 0x20 && !IsBlank(c)) || byte == 0x7F;
 }
 
-// Whether a block holds something else than printable ASCII.
-bool IsSuspicious(const ByteBlock& block) {
-    return block.Between(' ', '~') != kEveryByte;
-}
-
-bool NeedsCleaning(const char* line, size_t size) {
-    size_t done = 0;
-    for (; size - done >= ByteBlock::kSize; done += ByteBlock::kSize) {
-        if (IsSuspicious(ByteBlock(line + done))) {
-            return true;
-        }
-    }
-    if (size >= ByteBlock::kSize) {
-        // The last block overlaps the one before.
-        return IsSuspicious(ByteBlock(line + size - ByteBlock::kSize));
-    }
-    char rest[ByteBlock::kSize];
-    std::memset(rest, ' ', sizeof rest);
-    std::copy_n(line, size, rest);
-    return IsSuspicious(ByteBlock(rest));
-}
-
 }  // namespace
 
 size_t CleanLine(char* line, size_t size) {
-    if (!NeedsCleaning(line, size)) {
-        return size;
-    }
     RepairUtf8(line, size);
     return static_cast<size_t>(std::remove_if(line, line + size, IsControl) - line);
 }
 
 LineBuffer::Result LineBuffer::ReadLine() {
+    hasControls_ = isSuspicious_ = false;
+    keywordEnds_.clear();
+    numAskedFor_ = 0;
     size_t lineEnd = 0;
     if (!FindLineEnd(lineEnd)) {
         // What stands between the last line end and a failed read is lost; at the end of the file it is a line.
         if (failed_) {
+            keywordEnds_.clear();
             return Result::Failed;
         }
         if (rawBegin_ == rawEnd_) {
@@ -69,23 +48,30 @@ LineBuffer::Result LineBuffer::ReadLine() {
 
 void LineBuffer::Reset() {
     data_.reset();
-    capacity_ = begin_ = end_ = rawBegin_ = rawEnd_ = searched_ = 0;
+    capacity_ = begin_ = end_ = rawBegin_ = rawEnd_ = markedBegin_ = lineBegin_ = 0;
+    marks_.Reset();
+    keywordEnds_.clear();
+    numAskedFor_ = 0;
     atEnd_ = failed_ = false;
 }
 
 bool LineBuffer::FindLineEnd(size_t& lineEnd) {
-    // A view, because before the first block there is no memory that one could search.
-    for (;;) {
-        const size_t found = std::string_view(data_.get() + searched_, rawEnd_ - searched_).find('\n');
-        if (found != std::string_view::npos) {
-            lineEnd = searched_ + found;
-            return true;
+    do {
+        for (size_t place = markedBegin_ + marks_.Next(); place != rawEnd_; place = markedBegin_ + marks_.Next()) {
+            const char c = data_[place];
+            if (c == '\n') {
+                lineEnd = place;
+                return true;
+            }
+            if (IsBlank(c)) {
+                keywordEnds_.push_back(place - rawBegin_);
+            } else {
+                hasControls_ = hasControls_ || IsControl(c);
+                isSuspicious_ = true;
+            }
         }
-        searched_ = rawEnd_;
-        if (!ReadBlock()) {
-            return false;
-        }
-    }
+    } while (ReadBlock());
+    return false;
 }
 
 // Makes room for a block and one byte more: the "\n" that a last line without line end gets. The buffer is packed only
@@ -102,6 +88,8 @@ bool LineBuffer::ReadBlock() {
     size_t count = 0;
     failed_ = !file_.Read(data_.get() + rawEnd_, kBlockSize, count);
     atEnd_ = count == 0;
+    markedBegin_ = rawEnd_;
+    marks_.Set(data_.get() + rawEnd_, count);
     rawEnd_ += count;
     return count != 0;
 }
@@ -124,7 +112,7 @@ void LineBuffer::Pack(size_t capacity) {
     }
     begin_ = 0;
     end_ = rawBegin_ = textSize;
-    rawEnd_ = searched_ = textSize + rawSize;
+    rawEnd_ = textSize + rawSize;
 }
 
 void LineBuffer::TakeLine(size_t lineEnd) {
@@ -134,13 +122,36 @@ void LineBuffer::TakeLine(size_t lineEnd) {
     if (closed && size != 0 && line[size - 1] == '\r') {
         --size;
     }
-    size = CleanLine(line, size);
+    size = Clean(line, size);
+    if (size != 0 && MayEndKeyword(line[size - 1])) {
+        keywordEnds_.push_back(size);
+    }
     if (end_ != rawBegin_) {
         std::memmove(data_.get() + end_, line, size);
     }
+    lineBegin_ = end_;
     end_ += size;
     data_[end_++] = '\n';
-    rawBegin_ = searched_ = closed ? lineEnd + 1 : rawEnd_;
+    rawBegin_ = closed ? lineEnd + 1 : rawEnd_;
+}
+
+// Hardly any line is changed by it, also of those that are not ASCII.
+size_t LineBuffer::Clean(char* line, size_t size) {
+    if (!isSuspicious_ || (!hasControls_ && FirstInvalidUtf8({line, size}) == size)) {
+        return size;
+    }
+    size = CleanLine(line, size);
+    FindKeywordEnds({line, size});
+    return size;
+}
+
+void LineBuffer::FindKeywordEnds(std::string_view line) {
+    keywordEnds_.clear();
+    for (size_t i = 1; i < line.size(); ++i) {
+        if (IsBlank(line[i]) && MayEndKeyword(line[i - 1])) {
+            keywordEnds_.push_back(i);
+        }
+    }
 }
 
 }  // namespace tabrin

@@ -11,8 +11,10 @@
 #include <cstddef>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "io/file.h"
+#include "io/text_marks.h"
 
 namespace tabrin {
 
@@ -29,6 +31,16 @@ public:
     // The lines read and not yet dropped. The view holds until the next ReadLine.
     [[nodiscard]] std::string_view Text() const { return {data_.get() + begin_, end_ - begin_}; }
 
+    // Goes on to the next place in the line read last where a keyword may end: the position of the blank behind, in the
+    // text. False when there is none.
+    bool NextKeywordEnd(size_t& blank) {
+        if (numAskedFor_ == keywordEnds_.size()) {
+            return false;
+        }
+        blank = lineBegin_ - begin_ + keywordEnds_[numAskedFor_++];
+        return true;
+    }
+
     // Drops that many bytes from the front of the text.
     void Drop(size_t size) { begin_ += size; }
     void Clear() { begin_ = end_; }
@@ -41,6 +53,8 @@ private:
     bool ReadBlock();
     void Pack(size_t capacity);
     void TakeLine(size_t lineEnd);
+    size_t Clean(char* line, size_t size);
+    void FindKeywordEnds(std::string_view line);
 
     File& file_;
     std::unique_ptr<char[]> data_;
@@ -49,9 +63,17 @@ private:
     size_t end_ = 0;       // of the text
     size_t rawBegin_ = 0;  // of the bytes as read
     size_t rawEnd_ = 0;
-    size_t searched_ = 0;  // no line end lies between rawBegin_ and here
+    TextMarks marks_;
+    size_t markedBegin_ = 0;  // of the bytes that have marks
     bool atEnd_ = false;
     bool failed_ = false;
+
+    // Of the line that is being read, or was read last.
+    size_t lineBegin_ = 0;
+    bool isSuspicious_ = false;  // has controls or something beyond ASCII
+    bool hasControls_ = false;
+    std::vector<size_t> keywordEnds_;  // from its begin
+    size_t numAskedFor_ = 0;
 };
 
 // Cleans one line in place and returns its new length.

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <cstddef>
-#include <cstring>
 #include <memory>
 #include <string_view>
 
+#include "io/copy_text.h"
 #include "io/text_number.h"
 
 namespace tabrin {
@@ -18,10 +18,7 @@ public:
 
     LineText& Append(std::string_view text) {
         EnsureRoom(text.size());
-        // An empty view may have no memory behind it at all.
-        if (!text.empty()) {
-            std::memcpy(text_.get() + size_, text.data(), text.size());
-        }
+        CopyText(text_.get() + size_, text);
         size_ += text.size();
         return *this;
     }

@@ -1,6 +1,7 @@
 #include "io/statement_cutter.h"
 
 #include "io/byte_block.h"
+#include "io/short_text.h"
 #include "io/text_scan.h"
 
 namespace tabrin {
@@ -10,30 +11,24 @@ namespace {
 // A statement that has grown beyond this without meeting a keyword is delivered as it stands.
 constexpr size_t kLongestStatement = 4096;
 
-// `blank` is the position of a blank behind a token; tokens do not reach back beyond `from`.
-size_t TokenStart(std::string_view text, size_t from, size_t blank) {
+// `blank` is the position of a blank behind a token. Of one that is longer than any keyword the answer is some place
+// inside.
+size_t TokenStart(std::string_view text, size_t blank) {
+    // Most keywords have three.
+    if (blank > 3 && IsBlank(text[blank - 4])) {
+        return blank - 3;
+    }
+    static_assert(kLongestKeyword <= ByteBlock::kSize);
+    if (blank >= ByteBlock::kSize) {
+        const size_t first = blank - ByteBlock::kSize;
+        const ByteBlock block(text.data() + first);
+        return first + BehindLastMarked(MarkBlanks(block));
+    }
     size_t start = blank;
-    while (start > from && blank - start <= kLongestKeyword && !IsBlank(text[start - 1])) {
+    while (start > 0 && !IsBlank(text[start - 1])) {
         --start;
     }
     return start;
-}
-
-// Whether a keyword ends at this position: a blank must be there.
-bool KeywordEndsAt(std::string_view text, size_t from, size_t blank, KeywordHit& hit) {
-    if (!IsBlank(text[blank]) || !MayEndKeyword(text[blank - 1])) {
-        return false;
-    }
-    const size_t start = TokenStart(text, from, blank);
-    hit = {FindStatementKeyword(text.substr(start, blank - start)), start, blank};
-    return hit.keyword != nullptr;
-}
-
-// Marks the blanks that may have a keyword in front, among the characters of the block at `text`. Other tokens than
-// keywords seldom end in a character from "N" to "_", which lie in one range.
-uint32_t KeywordEnds(const char* text) {
-    static_assert(!MayEndKeyword('N' - 1) && MayEndKeyword('N') && MayEndKeyword('_') && !MayEndKeyword('_' + 1));
-    return ByteBlock(text).Between('\0', ' ') & ByteBlock(text - 1).Between('N', '_');
 }
 
 // There is always something in front of `end`: the keyword of the statement itself.
@@ -43,33 +38,13 @@ bool EndsInSemicolon(std::string_view text, size_t end) {
 
 }  // namespace
 
-// Looks for the ends of tokens, a block at a time: hardly any other token ends like a keyword does.
-bool FindKeyword(std::string_view text, size_t pos, KeywordHit& hit) {
-    const auto isAnyOf = [&](size_t block, uint32_t marks) {
-        for (; marks != 0; marks &= marks - 1) {
-            if (KeywordEndsAt(text, pos, block + FirstMarked(marks), hit)) {
-                return true;
-            }
-        }
+bool KeywordEndsAt(std::string_view text, size_t blank, KeywordHit& hit) {
+    if (blank == 0 || !IsBlank(text[blank]) || !MayEndKeyword(text[blank - 1])) {
         return false;
-    };
-    size_t blank = pos + 1;
-    for (; blank + ByteBlock::kSize <= text.size(); blank += ByteBlock::kSize) {
-        if (isAnyOf(blank, KeywordEnds(text.data() + blank))) {
-            return true;
-        }
     }
-    if (blank < text.size() && text.size() > ByteBlock::kSize) {
-        // The last block overlaps what has been looked at.
-        const size_t last = text.size() - ByteBlock::kSize;
-        return isAnyOf(blank, KeywordEnds(text.data() + last) >> (blank - last));
-    }
-    for (; blank < text.size(); ++blank) {
-        if (KeywordEndsAt(text, pos, blank, hit)) {
-            return true;
-        }
-    }
-    return false;
+    const size_t start = TokenStart(text, blank);
+    hit = {FindStatementKeyword(text.substr(start, blank - start)), start, blank};
+    return hit.keyword != nullptr && (start == 0 || IsBlank(text[start - 1]));
 }
 
 void StatementCutter::Reset() {
@@ -105,6 +80,16 @@ bool StatementCutter::ReadLine() {
     return true;
 }
 
+// Looks behind `from`, in the line read last.
+bool StatementCutter::FindKeyword(size_t from, KeywordHit& hit) {
+    for (size_t blank = 0; lines_.NextKeywordEnd(blank);) {
+        if (blank > from && KeywordEndsAt(lines_.Text(), blank, hit)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // Lines are looked at one by one: what stands in front of the first keyword is passed over.
 bool StatementCutter::SeekKeyword() {
     do {
@@ -112,7 +97,7 @@ bool StatementCutter::SeekKeyword() {
         if (!ReadLine()) {
             return false;
         }
-    } while (!FindKeyword(lines_.Text(), 0, current_));
+    } while (!FindKeyword(0, current_));
     scanPosition_ = current_.end;
     return true;
 }
@@ -122,7 +107,7 @@ bool StatementCutter::SeekKeyword() {
 bool StatementCutter::RunToNextKeyword() {
     bool tolerated = current_.keyword->termination == Termination::NextKeyword;
     for (;;) {
-        if (FindKeyword(lines_.Text(), scanPosition_, next_)) {
+        if (FindKeyword(scanPosition_, next_)) {
             if (tolerated || EndsInSemicolon(lines_.Text(), next_.start)) {
                 scanPosition_ = next_.end;
                 return true;

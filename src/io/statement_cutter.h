@@ -17,8 +17,8 @@ struct KeywordHit {
     size_t end = 0;
 };
 
-// The first token at or after `pos` that is a keyword with a blank behind it.
-bool FindKeyword(std::string_view text, size_t pos, KeywordHit& hit);
+// Whether a keyword ends at this position: a blank must be there.
+bool KeywordEndsAt(std::string_view text, size_t blank, KeywordHit& hit);
 
 class StatementCutter {
 public:
@@ -41,6 +41,7 @@ public:
 
 private:
     bool ReadLine();
+    bool FindKeyword(size_t from, KeywordHit& hit);
     bool SeekKeyword();
     bool RunToNextKeyword();
 

@@ -10,13 +10,6 @@ namespace tabrin {
 
 namespace {
 
-// Powers of ten that a double holds exactly.
-constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-
-// As many digits as fit into 32 bits whatever they are.
-constexpr size_t kSafeDigits = 9;
-
 // Takes leading blanks and a sign off the text; the result is whether the sign was a minus.
 bool TakeSign(std::string_view& text) {
     TakeBlanks(text);
@@ -139,42 +132,15 @@ char* FormatShortDecimal(char* buffer, double value) {
 
 }  // namespace
 
-bool U32UntilChar(std::string_view text, size_t pos, char delimiter, uint32_t& value, size_t& found) {
-    std::string_view rest = text.substr(std::min(pos, text.size()));
-    TakeBlanks(rest);
-    uint64_t number = 0;
-    const size_t count = TakeDigits(rest, number);
-    if (count != 0 && count <= kSafeDigits && rest.starts_with(delimiter)) {
-        value = static_cast<uint32_t>(number);
-        found = text.size() - rest.size();
-        return true;
-    }
+bool AnyU32UntilChar(std::string_view text, size_t pos, char delimiter, uint32_t& value, size_t& found) {
     return ToU32(TextUntilChar(text, pos, delimiter, found), value);
 }
 
-bool I32UntilChar(std::string_view text, size_t pos, char delimiter, int32_t& value, size_t& found) {
-    std::string_view rest = text.substr(std::min(pos, text.size()));
-    const bool negative = TakeSign(rest);
-    uint64_t number = 0;
-    const size_t count = TakeDigits(rest, number);
-    TakeBlanks(rest);
-    if (count != 0 && count <= kSafeDigits && rest.starts_with(delimiter)) {
-        value = negative ? -static_cast<int32_t>(number) : static_cast<int32_t>(number);
-        found = text.size() - rest.size();
-        return true;
-    }
+bool AnyI32UntilChar(std::string_view text, size_t pos, char delimiter, int32_t& value, size_t& found) {
     return ToI32(TextUntilChar(text, pos, delimiter, found), value);
 }
 
-bool DoubleUntilChar(std::string_view text, size_t pos, char delimiter, double& value, size_t& found) {
-    std::string_view rest = text.substr(std::min(pos, text.size()));
-    const bool negative = TakeSign(rest);
-    double magnitude = 0.0;
-    if (TakeShortDecimal(rest, magnitude) && rest.starts_with(delimiter)) {
-        value = negative ? -magnitude : magnitude;
-        found = text.size() - rest.size();
-        return true;
-    }
+bool AnyDoubleUntilChar(std::string_view text, size_t pos, char delimiter, double& value, size_t& found) {
     return ToDouble(TextUntilChar(text, pos, delimiter, found), value);
 }
 

@@ -8,6 +8,7 @@
 #include <iterator>
 
 #include "io/byte_block.h"
+#include "io/short_text.h"
 
 namespace tabrin {
 
@@ -50,6 +51,9 @@ bool BackOff(std::string_view text, size_t firstInvalid, size_t& length) {
 }  // namespace
 
 bool IsAscii(std::string_view text) {
+    if (text.size() <= kLongestShortText) {
+        return ShortText(text).Marks([](const ByteBlock& block) { return block.BeyondAscii(); }) == 0;
+    }
     return SkipAscii(text, 0) == text.size();
 }
 

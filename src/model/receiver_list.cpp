@@ -4,6 +4,7 @@
 #include <string>
 
 #include "io/identifier.h"
+#include "io/short_text.h"
 #include "io/text_scan.h"
 
 namespace tabrin {
@@ -21,6 +22,13 @@ void ForEachPiece(std::string_view text, Use use) {
 }
 
 bool IsListOfIdentifiers(std::string_view text) {
+    if (!text.empty() && text.size() <= kLongestIdentifier) {
+        const ShortText list(text);
+        const uint64_t commas = list.Marks([](const ByteBlock& block) { return block.Between(',', ','); });
+        const uint64_t begins = (commas << 1) | 1;
+        return (begins & (commas | list.Marks(MarkDigits))) == 0 && text.back() != ',' &&
+               (commas | list.Marks(MarkIdentifierChars)) == EveryMark(text.size());
+    }
     bool isList = true;
     ForEachPiece(text, [&](std::string_view piece) { isList = isList && IsIdentifier(piece); });
     return isList;

@@ -96,6 +96,31 @@ TYPED_TEST(ByteBlocks, BeginAtAnyAddress) {
     }
 }
 
+// Two halves of eight characters, the first one of each lowest.
+TYPED_TEST(ByteBlocks, ConsistOfTwoHalves) {
+    const TypeParam block(0x4847464544434241, 0x504F4E4D4C4B4A49);  // ABCDEFGHIJKLMNOP
+    EXPECT_EQ(block.Between('A', 'P'), 0xFFFFU);
+    EXPECT_EQ(block.Between('A', 'A'), 0x0001U);
+    EXPECT_EQ(block.Between('B', 'C'), 0x0006U);
+    EXPECT_EQ(block.Between('H', 'H'), 0x0080U);
+    EXPECT_EQ(block.Between('I', 'I'), 0x0100U);
+    EXPECT_EQ(block.Between('P', 'P'), 0x8000U);
+    EXPECT_EQ(block.BeyondAscii(), 0U);
+    EXPECT_EQ(TypeParam(0, 0).Between('\0', '\0'), 0xFFFFU);
+    EXPECT_EQ(TypeParam(0xFFFFFFFFFFFFFFFF, 0).BeyondAscii(), 0x00FFU);
+    EXPECT_EQ(TypeParam(0, 0xFFFFFFFFFFFFFFFF).BeyondAscii(), 0xFF00U);
+    EXPECT_EQ(TypeParam(0x80, 0x80).BeyondAscii(), 0x0101U);
+    EXPECT_EQ(TypeParam(0x8000000000000000, 0x8000000000000000).BeyondAscii(), 0x8080U);
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        for (size_t place = 0; place < kSize; ++place) {
+            const uint64_t half = uint64_t{byte} << (8 * (place % 8));
+            const TypeParam one(place < 8 ? half : 0, place < 8 ? 0 : half);
+            ASSERT_EQ(one.Between('\x01', '\xFF'), byte != 0 ? 1U << place : 0U) << byte << " in place " << place;
+            ASSERT_EQ(one.BeyondAscii(), byte >= 128 ? 1U << place : 0U) << byte << " in place " << place;
+        }
+    }
+}
+
 #ifdef TABRIN_HAS_SSE2
 TEST(ByteBlock, BothKindsAgreeOnRandomBytes) {
     Random random(4);
@@ -122,6 +147,17 @@ TEST(ByteBlock, FirstMarkIsTheLowest) {
         EXPECT_EQ(FirstMarked(1U << place), place);
         EXPECT_EQ(FirstMarked((kEveryByte << place) & kEveryByte), place);
         EXPECT_EQ(FirstMarked((1U << place) | 0x8000U), place);
+    }
+}
+
+TEST(ByteBlock, LastMarkIsTheHighest) {
+    EXPECT_EQ(BehindLastMarked(0), 0U);
+    EXPECT_EQ(BehindLastMarked(kEveryByte), 16U);
+    for (size_t place = 0; place < kSize; ++place) {
+        SCOPED_TRACE(place);
+        EXPECT_EQ(BehindLastMarked(1U << place), place + 1);
+        EXPECT_EQ(BehindLastMarked((1U << place) | 1U), place + 1);
+        EXPECT_EQ(BehindLastMarked((2U << place) - 1), place + 1);
     }
 }
 

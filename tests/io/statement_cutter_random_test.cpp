@@ -2,9 +2,9 @@
 #include <map>
 
 #include "io/dbc_file_stream.h"
+#include "io/first_keyword.h"
 #include "io/io_test_support.h"
 #include "io/naive_statement_reader.h"
-#include "io/statement_cutter.h"
 
 namespace tabrin {
 namespace {
@@ -64,7 +64,7 @@ void CompareFirstKeyword(const std::string& text, size_t pos, bool& found, size_
     size_t start = 0;
     found = NaiveFindKeyword(text, pos, index, start, end);
     KeywordHit hit;
-    ASSERT_EQ(FindKeyword(text, pos, hit), found) << Shown(text) << " at " << pos;
+    ASSERT_EQ(FirstKeyword(text, pos, hit), found) << Shown(text) << " at " << pos;
     if (found) {
         ASSERT_EQ(hit.keyword->text, NaiveKeywords()[index].text) << Shown(text) << " at " << pos;
         ASSERT_EQ(hit.start, start) << Shown(text) << " at " << pos;
@@ -72,7 +72,7 @@ void CompareFirstKeyword(const std::string& text, size_t pos, bool& found, size_
     }
 }
 
-TEST(FindKeyword, AgreesWithComparingEachTokenWithEachKeyword) {
+TEST(FirstKeyword, AgreesWithComparingEachTokenWithEachKeyword) {
     Random random(1);
     size_t hits = 0;
     for (int round = 0; round < 20000; ++round) {
@@ -92,7 +92,7 @@ TEST(FindKeyword, AgreesWithComparingEachTokenWithEachKeyword) {
 }
 
 // A keyword in every place of texts of every length from which a block more or less is looked at.
-TEST(FindKeyword, FindsAKeywordWhereverItStandsInAShortText) {
+TEST(FirstKeyword, FindsAKeywordWhereverItStandsInAShortText) {
     for (size_t size = 1; size <= 40; ++size) {
         for (const std::string_view keyword : {"BO_", "VERSION", "FILTER", "SIGTYPE_VALTYPE_"}) {
             // Of the fillers, three end like keywords do.
@@ -109,24 +109,24 @@ TEST(FindKeyword, FindsAKeywordWhereverItStandsInAShortText) {
                         text[start - 1] = '\t';
                     }
                     KeywordHit hit;
-                    ASSERT_TRUE(FindKeyword(text, 0, hit)) << Shown(text);
+                    ASSERT_TRUE(FirstKeyword(text, 0, hit)) << Shown(text);
                     ASSERT_EQ(hit.keyword->text, keyword) << Shown(text);
                     ASSERT_EQ(hit.start, start) << Shown(text);
                     ASSERT_EQ(hit.end, start + keyword.size()) << Shown(text);
                     // Behind it there is none.
-                    ASSERT_FALSE(FindKeyword(text, hit.end, hit)) << Shown(text);
+                    ASSERT_FALSE(FirstKeyword(text, hit.end, hit)) << Shown(text);
                     // Without a blank behind it, it is none.
                     text[start + keyword.size()] = ':';
-                    ASSERT_FALSE(FindKeyword(text, 0, hit)) << Shown(text);
+                    ASSERT_FALSE(FirstKeyword(text, 0, hit)) << Shown(text);
                     text.resize(start + keyword.size());
-                    ASSERT_FALSE(FindKeyword(text, 0, hit)) << Shown(text);
+                    ASSERT_FALSE(FirstKeyword(text, 0, hit)) << Shown(text);
                 }
             }
         }
     }
 }
 
-TEST(FindKeyword, AgreesInTextsOfEveryLength) {
+TEST(FirstKeyword, AgreesInTextsOfEveryLength) {
     static constexpr std::string_view kWords[] = {"BO_", "SG_", "VERSION", "FILTER", "BA_DEF_DEF_REL_", "xBO_", "P",
                                                   "O",   "_",   "^",       "x",      "SIGTYPE_VALTYPE_"};
     Random random(6);

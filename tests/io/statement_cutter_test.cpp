@@ -2,6 +2,7 @@
 
 #include <ostream>
 
+#include "io/first_keyword.h"
 #include "io/io_test_support.h"
 
 namespace tabrin {
@@ -14,7 +15,7 @@ struct HitRow {
     size_t start;
 };
 
-TEST(FindKeyword, FindsTheFirstTokenThatIsOne) {
+TEST(FirstKeyword, FindsTheFirstTokenThatIsOne) {
     const HitRow rows[] = {
         {"BO_ 1", 0, "BO_", 0},
         {"  BO_ 1", 0, "BO_", 2},
@@ -39,20 +40,23 @@ TEST(FindKeyword, FindsTheFirstTokenThatIsOne) {
         {"x\rBO_ ", 0, "BO_", 2},
         {"x\tBO_ ", 0, "BO_", 2},
         {"x\vBO_ ", 0, "BO_", 2},
-        {"xBO_ ", 1, "BO_", 1},
         {"x_ N R _ BO_ ", 0, "BO_", 9},
+        {"x_ xBO_ B O_ N VERSION ", 0, "VERSION", 15},
+        {"xSIGTYPE_VALTYPE_ SIGTYPE_VALTYPE_ ", 0, "SIGTYPE_VALTYPE_", 18},
+        {"abcdefghijklmBO_ BO_ ", 0, "BO_", 17},
+        {"BO_ BO_ BO_ ", 7, "BO_", 8},
     };
     for (const HitRow& row : rows) {
         SCOPED_TRACE(Shown(row.text) + " at " + std::to_string(row.pos));
         KeywordHit hit;
-        ASSERT_TRUE(FindKeyword(row.text, row.pos, hit));
+        ASSERT_TRUE(FirstKeyword(row.text, row.pos, hit));
         EXPECT_EQ(hit.keyword->text, row.keyword);
         EXPECT_EQ(hit.start, row.start);
         EXPECT_EQ(hit.end, row.start + row.keyword.size());
     }
 }
 
-TEST(FindKeyword, FindsNothingElse) {
+TEST(FirstKeyword, FindsNothingElse) {
     const std::pair<std::string_view, size_t> rows[] = {
         {"", 0},
         {"   ", 0},
@@ -69,7 +73,6 @@ TEST(FindKeyword, FindsNothingElse) {
          0},
         {"bo_ ", 0},
         {"BO_\0 "sv, 0},
-        {"BO_ ", 1},
         {"BO_ ", 3},
         {"BO_ ", 4},
         {"BO_ ", 99},
@@ -80,7 +83,165 @@ TEST(FindKeyword, FindsNothingElse) {
     };
     for (const auto& [text, pos] : rows) {
         KeywordHit hit;
-        EXPECT_FALSE(FindKeyword(text, pos, hit)) << Shown(text) << " at " << pos;
+        EXPECT_FALSE(FirstKeyword(text, pos, hit)) << Shown(text) << " at " << pos;
+    }
+}
+
+struct EndRow {
+    std::string_view text;
+    std::string_view keyword;  // that ends at the blank; empty when none does
+    size_t start;
+};
+
+// The blank asked about is the last character of the text.
+void CheckLastBlank(const std::vector<EndRow>& rows) {
+    for (const EndRow& row : rows) {
+        SCOPED_TRACE(Shown(row.text));
+        // A text of its own in memory, so that a look in front of it or behind it is noticed.
+        const std::vector<char> text(row.text.begin(), row.text.end());
+        KeywordHit hit;
+        ASSERT_EQ(KeywordEndsAt({text.data(), text.size()}, text.size() - 1, hit), !row.keyword.empty());
+        if (!row.keyword.empty()) {
+            EXPECT_EQ(hit.keyword->text, row.keyword);
+            EXPECT_EQ(hit.start, row.start);
+            EXPECT_EQ(hit.end, row.text.size() - 1);
+        }
+    }
+}
+
+TEST(KeywordEndsAt, KeywordsAtTheFront) {
+    CheckLastBlank({
+        {"BO_ ", "BO_", 0},
+        {"BA_\n", "BA_", 0},
+        {"VAL_\t", "VAL_", 0},
+        {"CAT_\r", "CAT_", 0},
+        {"FILTER\v", "FILTER", 0},
+        {"VERSION\f", "VERSION", 0},
+        {"BA_DEF_ ", "BA_DEF_", 0},
+        {"NS_DESC_ ", "NS_DESC_", 0},
+        {"VAL_TABLE_ ", "VAL_TABLE_", 0},
+        {"SIG_VALTYPE_ ", "SIG_VALTYPE_", 0},
+        {"ENVVAR_DATA_ ", "ENVVAR_DATA_", 0},
+        {"BA_DEF_SGTYPE_ ", "BA_DEF_SGTYPE_", 0},
+        {"BA_DEF_DEF_REL_ ", "BA_DEF_DEF_REL_", 0},
+        {"SIGTYPE_VALTYPE_ ", "SIGTYPE_VALTYPE_", 0},
+    });
+}
+
+TEST(KeywordEndsAt, KeywordsBehindAFewCharacters) {
+    CheckLastBlank({
+        {" BO_ ", "BO_", 1},
+        {"\nBO_ ", "BO_", 1},
+        {"x BO_ ", "BO_", 2},
+        {"\t BO_ ", "BO_", 2},
+        {"_ BO_ ", "BO_", 2},
+        {"xy BO_ ", "BO_", 3},
+        {"x  BO_ ", "BO_", 3},
+        {"xyz BO_ ", "BO_", 4},
+        {"BO_ BO_ ", "BO_", 4},
+        {" VAL_ ", "VAL_", 1},
+        {"x VAL_ ", "VAL_", 2},
+        {"xy\fVAL_ ", "VAL_", 3},
+        {"xyz VAL_ ", "VAL_", 4},
+        {" FILTER ", "FILTER", 1},
+        {"x FILTER ", "FILTER", 2},
+        {"xy FILTER ", "FILTER", 3},
+        {"xyz FILTER ", "FILTER", 4},
+        {" BA_DEF_DEF_REL_ ", "BA_DEF_DEF_REL_", 1},
+        {"x BA_DEF_DEF_REL_ ", "BA_DEF_DEF_REL_", 2},
+        {" SIGTYPE_VALTYPE_ ", "SIGTYPE_VALTYPE_", 1},
+        {"\vSIGTYPE_VALTYPE_ ", "SIGTYPE_VALTYPE_", 1},
+        {"x SIGTYPE_VALTYPE_ ", "SIGTYPE_VALTYPE_", 2},
+        {"xy SIGTYPE_VALTYPE_ ", "SIGTYPE_VALTYPE_", 3},
+        {"xyz SIGTYPE_VALTYPE_ ", "SIGTYPE_VALTYPE_", 4},
+        {"a_long_word_in_front SIGTYPE_VALTYPE_ ", "SIGTYPE_VALTYPE_", 21},
+    });
+}
+
+// The longest keyword has 16 characters; that much in front of a blank is looked at in one go.
+TEST(KeywordEndsAt, KeywordsThatEndSixteenCharactersBehindTheFront) {
+    CheckLastBlank({
+        {"abcdefghijkl BO_\n", "BO_", 13},
+        {"abcdefghijklm BO_\n", "BO_", 14},
+        {"abcdefghijk VAL_\n", "VAL_", 12},
+        {"abcdefghij VAL_\n", "VAL_", 11},
+        {"abcdefghijkl VAL_\n", "VAL_", 13},
+        {"abcdefgh\tVERSION ", "VERSION", 9},
+        {"abcdefgh VERSIO\nN ", "", 0},
+        {"                BO_ ", "BO_", 16},
+        {"\x01\x1F\xFFxxxxxxxxx BO_ ", "BO_", 13},
+        {"xxxxxxxxxxxxxxx\xA0VAL_ ", "", 0},
+        {"xxxxxxxxxxxxxxx\x08VAL_ ", "", 0},
+        {"xxxxxxxxxxxxxxx\x0EVAL_ ", "", 0},
+        {"xxxxxxxxxxxxxxx\x1FVAL_ ", "", 0},
+        {"xxxxxxxxxxxxxxx!VAL_ ", "", 0},
+    });
+}
+
+TEST(KeywordEndsAt, LongTokensThatEndInAKeywordAreNone) {
+    CheckLastBlank({
+        {"abcdefghijklBO_ ", "", 0},     // 15
+        {"abcdefghijklmBO_ ", "", 0},    // 16
+        {"abcdefghijklmnBO_ ", "", 0},   // 17
+        {"abcdefghijklmnoBO_ ", "", 0},  // 18
+        {"xSIGTYPE_VALTYPE_ ", "", 0},   // 17
+        {"_SIGTYPE_VALTYPE_ ", "", 0},   // 17
+        {"xySIGTYPE_VALTYPE_ ", "", 0},  // 18
+        {" xSIGTYPE_VALTYPE_ ", "", 0},
+        {"x xSIGTYPE_VALTYPE_ ", "", 0},
+        {"xBA_DEF_DEF_REL_ ", "", 0},   // 16
+        {"xyBA_DEF_DEF_REL_ ", "", 0},  // 17
+        {" xBA_DEF_DEF_REL_ ", "", 0},
+        {"SIGTYPE_VALTYPE_SIGTYPE_VALTYPE_ ", "", 0},
+        {"xxxxxxxxSIGTYPE_VALTYPE_ ", "", 0},
+        {"xxxxxxxxxxxxxxxxSIGTYPE_VALTYPE_ ", "", 0},
+        {"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxBO_ ", "", 0},
+        {"SIGTYPE_VALTYPE ", "", 0},    // 15
+        {"SIGTYPE_VALTYPE__ ", "", 0},  // 17
+        {"IGTYPE_VALTYPE_ ", "", 0},    // 15
+    });
+}
+
+TEST(KeywordEndsAt, ShortTokensThatEndLikeKeywordsAreNone) {
+    CheckLastBlank({
+        {" ", "", 0},         {"_ ", "", 0},         {"N ", "", 0},          {"R ", "", 0},       {"O_ ", "", 0},
+        {"xO_ ", "", 0},      {"xBO_ ", "", 0},      {"x O_ ", "", 0},       {"BO _ ", "", 0},    {"B O_ ", "", 0},
+        {"B  _ ", "", 0},     {"   _ ", "", 0},      {" BO_", "", 0},        {"\n\n\nN ", "", 0}, {" B _ ", "", 0},
+        {" BO _ ", "", 0},    {" B\tO_ ", "", 0},    {" VAL_x_ ", "", 0},    {"V AL_ ", "", 0},   {" VA L_ ", "", 0},
+        {" FIL TER ", "", 0}, {" VERSION  ", "", 0}, {" bo_ ", "", 0},       {" XX_ ", "", 0},    {" BON ", "", 0},
+        {" BOR ", "", 0},     {"SG_ \"BO_ ", "", 0}, {"SG_ \"VAL_ ", "", 0}, {"SG_:BO_ ", "", 0}, {"BO_\0 "sv, "", 0},
+    });
+}
+
+// Only a blank ends a token.
+TEST(KeywordEndsAt, AsksForABlank) {
+    const std::string blanks = " \t\n\v\f\r";
+    for (int byte = 0; byte < 256; ++byte) {
+        const char end = static_cast<char>(byte);
+        const bool isBlank = blanks.find(end) != std::string::npos;
+        for (const std::string_view front : {"", "x ", "a token of more than sixteen characters "}) {
+            for (const std::string_view keyword : {"BO_", "VERSION", "SIGTYPE_VALTYPE_"}) {
+                const std::string text = std::string(front).append(keyword) + end;
+                KeywordHit hit;
+                EXPECT_EQ(KeywordEndsAt(text, text.size() - 1, hit), isBlank) << Shown(text);
+            }
+        }
+    }
+}
+
+// And only a blank, or the front of the text, begins one.
+TEST(KeywordEndsAt, AsksForABlankInFrontOrNothing) {
+    const std::string blanks = " \t\n\v\f\r";
+    for (int byte = 0; byte < 256; ++byte) {
+        const char before = static_cast<char>(byte);
+        const bool isBlank = blanks.find(before) != std::string::npos;
+        for (const std::string_view front : {"", "x", "xyz", "a token of more than sixteen characters"}) {
+            for (const std::string_view keyword : {"BO_", "VAL_", "VERSION", "SIGTYPE_VALTYPE_"}) {
+                const std::string text = std::string(front) + before + std::string(keyword) + ' ';
+                KeywordHit hit;
+                EXPECT_EQ(KeywordEndsAt(text, text.size() - 1, hit), isBlank) << Shown(text);
+            }
+        }
     }
 }
 
