@@ -30,7 +30,7 @@ bool ReadMessage(CANDatabase& database, std::string_view statement, uint32_t lin
     ArenaScope scope(database.arena);
     auto message = MakeInArena<CANMessage>(database.arena);
     if (!message->ParseLine(statement)) {
-        database.RecordErrors(statement, line, message->parseErrors);
+        database.RecordErrors(statement, line, message->parseErrors.Codes());
         return false;
     }
     // Before it is added: where that breaks off in the middle, the database holds it already.
@@ -41,9 +41,9 @@ bool ReadMessage(CANDatabase& database, std::string_view statement, uint32_t lin
 
 bool ReadSignal(CANDatabase& database, std::string_view statement, uint32_t line) {
     ArenaScope scope(database.arena);
-    auto signal = MakeInArena<CANSignal>(database.arena);
+    auto signal = PlaceInArena<CANSignal>(database.arena);
     if (!signal->ParseLine(statement)) {
-        database.RecordErrors(statement, line, signal->parseErrors);
+        database.RecordErrors(statement, line, signal->parseErrors.Codes());
         return false;
     }
     if (database.messages.back()->AddSignal(std::move(signal))) {

@@ -1,7 +1,6 @@
 #include "model/arena.h"
 
 #include <algorithm>
-#include <cstring>
 #include <new>
 #include <utility>
 
@@ -27,15 +26,6 @@ constexpr bool kSharesBlocks = true;
 #endif
 
 }  // namespace
-
-std::string_view Arena::Keep(std::string_view text) {
-    if (text.empty()) {
-        return {};
-    }
-    char* copy = Allocate(text.size(), 1);
-    std::memcpy(copy, text.data(), text.size());
-    return {copy, text.size()};
-}
 
 // Blocks come aligned for every fundamental type. A large piece gets a block of its own, and the current one stays in
 // use: never more than a quarter of a block is lost.
@@ -94,7 +84,7 @@ void GrowingText::Append(Arena& arena, std::string_view text) {
         data_ = moved;
         capacity_ = larger;
     }
-    std::copy_n(text.data(), text.size(), data_ + size_);
+    CopyText(data_ + size_, text);
     size_ += text.size();
 }
 

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "io/copy_text.h"
+
 namespace tabrin {
 
 // A database consists of many small pieces that live and die together. Each is taken off the front of a block, in a few
@@ -27,7 +29,14 @@ public:
     }
 
     // A copy of the text that stays until Clear.
-    std::string_view Keep(std::string_view text);
+    std::string_view Keep(std::string_view text) {
+        if (text.empty()) {
+            return {};
+        }
+        char* copy = Allocate(text.size(), 1);
+        CopyText(copy, text);
+        return {copy, text.size()};
+    }
 
     void Clear() { Rewind({}); }
 
@@ -111,6 +120,14 @@ private:
 template <typename T>
 std::shared_ptr<T> MakeInArena(Arena& arena) {
     return std::allocate_shared<T>(ArenaAllocator<T>(arena), arena);
+}
+
+// The same for an object that need not be destroyed. The pointers to it do not count themselves: to go through a hundred
+// thousand objects, long since cold, for the sake of their counts takes most of the time of clearing a database.
+template <typename T>
+std::shared_ptr<T> PlaceInArena(Arena& arena) {
+    auto* object = new (arena.Allocate(sizeof(T), alignof(T))) T(arena);
+    return std::shared_ptr<T>(std::shared_ptr<void>(), object);
 }
 
 // A text in an arena that may grow. The room doubles, so that appending takes time in proportion to what is appended.

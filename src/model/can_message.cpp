@@ -107,7 +107,7 @@ bool CANMessage::AddSignal(std::shared_ptr<CANSignal> signal) {
 
 bool CANMessage::AppendSignal(const CanSignalData* record) {
     ArenaScope scope(*arena_);
-    auto signal = MakeInArena<CANSignal>(*arena_);
+    auto signal = PlaceInArena<CANSignal>(*arena_);
     if (!signal->SetFromRecord(record)) {
         return false;
     }

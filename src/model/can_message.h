@@ -12,6 +12,7 @@
 #include "io/prefetch.h"
 #include "model/arena.h"
 #include "model/can_signal.h"
+#include "model/parse_errors.h"
 #include "tabrin.h"
 
 namespace tabrin {
@@ -80,7 +81,7 @@ public:
     std::vector<std::shared_ptr<CANSignal>> signals;
     std::string_view nameAsRead;
     uint32_t attributesSet = 0;  // the attributes that have found a value in reading
-    std::vector<uint32_t> parseErrors;
+    ParseErrors parseErrors;
 
 private:
     Arena* arena_;

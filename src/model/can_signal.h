@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "io/line_text.h"
 #include "model/arena.h"
+#include "model/parse_errors.h"
 #include "model/receiver_list.h"
 #include "model/value_descriptions.h"
 #include "tabrin.h"
@@ -15,7 +15,7 @@
 namespace tabrin {
 
 // Its texts are views into the arena that it is made for, which must outlive it: a name that is an identifier is there
-// once and not three times.
+// once and not three times. All that it has stands there or in itself, so that nobody needs to destroy it.
 class CANSignal {
 public:
     static constexpr size_t kSuffixLength = 5;
@@ -88,7 +88,7 @@ public:
     std::string_view nameAsRead;  // other statements of the file find the signal by it
     bool suffixApplied = false;
     uint32_t attributesSet = 0;  // the attributes that have found a value in reading
-    std::vector<uint32_t> parseErrors;
+    ParseErrors parseErrors;
 
 private:
     bool SetTextsFromRecord(const CanSignalData& record);

@@ -103,7 +103,7 @@ TEST(MessageStatement, AcceptedLinesAreRead) {
         EXPECT_EQ(message.identifierName, row.identifierName);
         EXPECT_EQ(message.dlc, row.dlc);
         EXPECT_EQ(message.transmitter, row.transmitter);
-        EXPECT_EQ(message.parseErrors, std::vector<uint32_t>());
+        EXPECT_EQ(message.parseErrors.Codes(), std::vector<uint32_t>());
     }
 }
 
@@ -127,7 +127,7 @@ void ExpectRejected(const Rejected& row) {
     FillEveryField(message);
     EXPECT_FALSE(message.ParseLine(row.line));
     ExpectReset(message);
-    EXPECT_EQ(message.parseErrors, row.codes);
+    EXPECT_EQ(message.parseErrors.Codes(), row.codes);
     EXPECT_EQ(message.WriteDefinitionLine(), "");
 }
 
@@ -222,7 +222,7 @@ TEST(MessageStatement, OneFailureLeavesOneCodeHoweverOftenItIsParsed) {
     OwnMessage message;
     EXPECT_FALSE(message.ParseLine("BO_ x Msg: 8 ECU"));
     EXPECT_FALSE(message.ParseLine("BO_ 100 Msg: ECU"));
-    EXPECT_EQ(message.parseErrors, std::vector<uint32_t>({2}));
+    EXPECT_EQ(message.parseErrors.Codes(), std::vector<uint32_t>({2}));
 }
 
 TEST(MessageStatement, BrokenUtf8IsThrown) {

@@ -80,7 +80,7 @@ TEST(SignalStatement, FaultyLinesAreRejectedWithTheCodeOfTheStep) {
             FillEveryField(signal);
             EXPECT_FALSE(signal.ParseLine(line));
             ExpectReset(signal);
-            EXPECT_EQ(signal.parseErrors, row.codes);
+            EXPECT_EQ(signal.parseErrors.Codes(), row.codes);
             EXPECT_EQ(signal.WriteDefinitionLine(), "");
         }
     }

@@ -348,6 +348,28 @@ TEST(ArenaObjects, LieInTheArena) {
     EXPECT_GE(reinterpret_cast<uintptr_t>(after), reinterpret_cast<uintptr_t>(object.get() + 1));
 }
 
+TEST(ArenaObjects, ThoseThatArePlacedAreNotDestroyed) {
+    struct Placed {
+        explicit Placed(Arena& arena) : madeFor(&arena) {}
+        ~Placed() { destroyed = true; }
+
+        Arena* madeFor;
+        double number = 0.5;
+        bool destroyed = false;
+    };
+    Arena arena;
+    arena.Keep("x");
+    auto object = PlaceInArena<Placed>(arena);
+    Placed* const place = object.get();
+    EXPECT_EQ(place->madeFor, &arena);
+    EXPECT_TRUE(IsAligned(place, alignof(Placed)));
+    const auto other = object;
+    EXPECT_EQ(other.get(), place);
+    object.reset();
+    EXPECT_FALSE(place->destroyed);
+    EXPECT_EQ(place->number, 0.5);
+}
+
 TEST(ArenaObjects, ContainersTakeTheAllocator) {
     Arena arena;
     std::vector<std::string_view, ArenaAllocator<std::string_view>> texts{ArenaAllocator<std::string_view>(arena)};

@@ -28,7 +28,7 @@ TEST(CanMessage, ResetLeavesOnlyTheParseErrors) {
     FillEveryField(message);
     message.Reset();
     ExpectReset(message);
-    EXPECT_EQ(message.parseErrors, std::vector<uint32_t>({2}));
+    EXPECT_EQ(message.parseErrors.Codes(), std::vector<uint32_t>({2}));
 }
 
 TEST(CanMessage, SignalsStandInTheOrderAdded) {

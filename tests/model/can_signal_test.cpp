@@ -26,7 +26,7 @@ TEST(CanSignal, ResetLeavesOnlyTheParseErrors) {
     FillEveryField(signal);
     signal.Reset();
     ExpectReset(signal);
-    EXPECT_EQ(signal.parseErrors, std::vector<uint32_t>({3}));
+    EXPECT_EQ(signal.parseErrors.Codes(), std::vector<uint32_t>({3}));
 }
 
 TEST(CanSignal, FloatsAreTheTwoFloatingPointTypes) {
