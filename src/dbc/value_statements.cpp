@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "io/dbc_keywords.h"
+#include "io/find_near.h"
 #include "io/text_number.h"
 #include "io/text_scan.h"
 
@@ -14,7 +15,6 @@ using Descriptions = std::vector<ValueDescriptions::Described>;
 
 // So many descriptions are taken at a time: they need memory twice until they are kept.
 constexpr size_t kMostAtATime = 65536;
-constexpr size_t kUsualNumber = 16;  // at most
 
 constexpr uint32_t kFloatCode = 1;
 constexpr uint32_t kDoubleCode = 2;
@@ -73,19 +73,44 @@ bool ApplyValueTypeCode(CANSignal& signal, uint32_t code) {
     return false;
 }
 
+// The next quote at or after `position`.
+size_t FindQuote(std::string_view line, size_t position) {
+    return FindNear(line, '"', position);
+}
+
+// What stands in front of a quote, as a number. Nearly every one is a few digits between two blanks.
+bool ParseValue(std::string_view text, int32_t& value) {
+    constexpr size_t kMostDigits = 9;
+    const size_t count = text.size() - 2;
+    if (count - 1 < kMostDigits && text.front() == ' ' && text.back() == ' ') {
+        uint32_t number = 0;
+        bool isPlain = true;
+        for (const char c : text.substr(1, count)) {
+            isPlain &= IsDigit(c);
+            number = number * 10 + static_cast<uint32_t>(c - '0');
+        }
+        value = static_cast<int32_t>(number);
+        if (isPlain) {
+            return true;
+        }
+    }
+    return ToI32(text, value);
+}
+
 // Takes the next descriptions of a line. Nothing checks the closing semicolon: behind the last one there is simply no
 // further quote.
 void ParseDescriptions(std::string_view line, size_t& position, Descriptions& descriptions) {
     descriptions.clear();
-    descriptions.reserve(kUsualNumber);
     while (position < line.size() && descriptions.size() < kMostAtATime) {
-        size_t quote = kNpos;
+        size_t quote = FindQuote(line, position);
         int32_t value = 0;
         // What stands in front of a quote and is no number is passed over; the text behind that quote is then tried as
         // the next value.
-        if (I32UntilChar(line, position, '"', value, quote)) {
-            const std::string_view description = TextUntilChar(line, quote + 1, '"', quote);
-            descriptions.push_back({value, description});
+        if (quote != kNpos && ParseValue(line.substr(position, quote - position), value)) {
+            const size_t begin = quote + 1;
+            quote = FindQuote(line, begin);
+            const size_t size = quote == kNpos ? 0 : quote - begin;
+            descriptions.push_back({value, line.substr(begin, size)});
         }
         position = quote == kNpos ? line.size() : quote + 1;
     }
@@ -119,7 +144,7 @@ bool ReadValueTypeStatement(CANDatabase& database, std::string_view statement) {
 }
 
 bool ReadValueDescriptionStatement(CANDatabase& database, std::string_view statement) {
-    Descriptions descriptions;
+    Descriptions& descriptions = database.descriptionsRead;
     size_t takenFrom = kNpos;  // where the descriptions stand, when they are all
     return ForEachTarget(database, statement, kValueDescriptionKeyword, [&](CANSignal& signal, size_t behindName) {
         if (behindName == takenFrom) {
@@ -165,8 +190,9 @@ void CANSignal::AppendValueDescriptionLine(LineText& line, uint32_t messageId) c
         return;
     }
     line.Append(kValueDescriptionKeyword).Append(' ').AppendNumber(messageId).Append(' ').Append(identifierName);
-    for (const auto& [value, text] : valueDescriptions.Entries()) {
-        line.Append(' ').AppendNumber(value).Append(" \"").Append(text.View()).Append('"');
+    for (size_t i = 0; i < valueDescriptions.Size(); ++i) {
+        const auto [value, text] = valueDescriptions.At(i);
+        line.Append(' ').AppendNumber(value).Append(" \"").Append(text).Append('"');
     }
     line.Append(';');
 }

@@ -95,6 +95,7 @@ void CANDatabase::EndReading() {
     identifierIndex.clear();
     lastAdded_ = identifierIndex.end();
     attributes.Clear();
+    descriptionsRead = decltype(descriptionsRead)();
 }
 
 }  // namespace tabrin

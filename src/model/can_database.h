@@ -86,6 +86,9 @@ public:
     std::vector<CanErrorData> errors;
     AttributeStore attributes;
 
+    // Room for what a VAL_ statement tells, which not every one takes and gives back.
+    std::vector<ValueDescriptions::Described> descriptionsRead;
+
 private:
     Namesakes& FindNamesakes(uint32_t id);
 

@@ -120,8 +120,8 @@ bool CANSignal::GetValueDescription(uint32_t index, CanSignalEnumData* record) c
     if (record == nullptr || index >= valueDescriptions.Size()) {
         return false;
     }
-    const auto& [value, text] = valueDescriptions.At(index);
-    if (!FillField(record->text, text.View())) {
+    const auto [value, text] = valueDescriptions.At(index);
+    if (!FillField(record->text, text)) {
         return false;
     }
     record->value = value;

@@ -1,10 +1,12 @@
 #include "model/value_descriptions.h"
 
+#include <algorithm>
 #include <array>
 #include <iterator>
+#include <limits>
 #include <new>
 #include <numeric>
-#include <string>
+#include <vector>
 
 namespace tabrin {
 
@@ -12,20 +14,22 @@ namespace {
 
 constexpr std::string_view kJoint = " - ";
 
-// Lists up to this size are in the processor's caches.
-constexpr size_t kShortList = 256;
+GrowingText* MakeGrown(Arena& arena, std::string_view text) {
+    auto* const grown = new (arena.Allocate(sizeof(GrowingText), alignof(GrowingText))) GrowingText;
+    grown->Append(arena, text);
+    return grown;
+}
 
-// So few are not worth putting in order.
-constexpr size_t kFew = 64;
-
-using Descriptions = std::vector<ValueDescriptions::Described>;
+bool IsLess(const ValueDescriptions::Described& a, const ValueDescriptions::Described& b) {
+    return a.value < b.value;
+}
 
 // By counting the values of each of their bytes, from the last to the first. Those that are equal stay in their order.
 // Sorting by comparison takes twice as long and more, as no processor can guess how comparisons at random come out.
-void SortByValue(Descriptions& descriptions) {
+void SortByValue(std::vector<ValueDescriptions::Described>& descriptions) {
     constexpr uint32_t kSignBit = 0x8000'0000;
     constexpr unsigned kBitsOfByte = 8;
-    Descriptions sorted(descriptions.size());
+    std::vector<ValueDescriptions::Described> sorted(descriptions.size());
     for (unsigned shift = 0; shift < 32; shift += kBitsOfByte) {
         const auto byteOf = [shift](const auto& description) -> size_t {
             return ((static_cast<uint32_t>(description.value) ^ kSignBit) >> shift) & 0xFFU;
@@ -44,80 +48,200 @@ void SortByValue(Descriptions& descriptions) {
 
 }  // namespace
 
-void ValueDescriptions::Add(int32_t value, std::string_view text) {
-    List* const list = list_ != nullptr ? list_ : new (arena_->Allocate(sizeof(List), alignof(List))) List(*arena_);
-    list->Add(*arena_, value, text);
+// The entry and what it has elsewhere stay as they are when memory runs out.
+void ValueDescriptions::Entry::Join(Arena& arena, std::string_view more) {
+    const bool isElsewhere = size == kElsewhere;
+    GrowingText* const joined = isElsewhere ? grown : MakeGrown(arena, View().text);
+    GrowingText longer = *joined;
+    longer.Append(arena, kJoint);
+    longer.Append(arena, more);
+    *joined = longer;
+    grown = joined;
+    size = kElsewhere;
+}
+
+ValueDescriptions::Entry ValueDescriptions::MakeEntry(Arena& arena, const Described& description) {
+    Entry entry{description.value, Entry::kElsewhere, {}};
+    if (description.text.size() < Entry::kElsewhere) {
+        entry.size = static_cast<uint32_t>(description.text.size());
+        entry.text = arena.Keep(description.text).data();
+    } else {
+        entry.grown = MakeGrown(arena, description.text);
+    }
+    return entry;
+}
+
+ValueDescriptions::Entry* ValueDescriptions::MakeEntries(Arena& arena, size_t count) {
+    return reinterpret_cast<Entry*>(arena.Allocate(count * sizeof(Entry), alignof(Entry)));
+}
+
+uint32_t ValueDescriptions::Block::FindPlace(int32_t value) const {
+    // Most lists come in ascending order.
+    if (size == 0 || entries[size - 1].value < value) {
+        return size;
+    }
+    const auto* const place = std::lower_bound(entries, entries + size, value,
+                                               [](const Entry& entry, int32_t wanted) { return entry.value < wanted; });
+    return static_cast<uint32_t>(place - entries);
+}
+
+void ValueDescriptions::Block::Insert(uint32_t place, const Entry& entry) {
+    std::copy_backward(entries + place, entries + size, entries + size + 1);
+    entries[place] = entry;
+    ++size;
+}
+
+// --- Short lists
+
+ValueDescriptions::List* ValueDescriptions::MakeList(Arena& arena, size_t capacity, size_t textSize) {
+    char* const memory = arena.Allocate(sizeof(List) + capacity * sizeof(Entry) + textSize, alignof(List));
+    auto* const entries = reinterpret_cast<Entry*>(memory + sizeof(List));
+    return new (memory) List{{0, static_cast<uint32_t>(capacity), entries}, nullptr};
+}
+
+// The usual list: few descriptions, which come in ascending order. In one piece of memory, with the texts at its end.
+ValueDescriptions::List* ValueDescriptions::MakeUsualList(Arena& arena, std::span<const Described> descriptions) {
+    size_t textSize = 0;
+    bool isAscending = descriptions.size() <= Block::kMost;
+    auto previous = int64_t{std::numeric_limits<int32_t>::min()} - 1;
+    for (const auto& [value, text] : descriptions) {
+        isAscending &= value > previous;
+        previous = value;
+        textSize += text.size();
+    }
+    if (!isAscending || textSize >= Entry::kElsewhere) {
+        return nullptr;
+    }
+    List* const list = MakeList(arena, descriptions.size(), textSize);
+    Entry* entry = list->block.entries;
+    auto* end = reinterpret_cast<char*>(entry + descriptions.size());
+    for (const auto& [value, text] : descriptions) {
+        *entry++ = {value, static_cast<uint32_t>(text.size()), {end}};
+        end = std::copy_n(text.data(), text.size(), end);
+    }
+    list->block.size = list->block.capacity;
+    return list;
+}
+
+void ValueDescriptions::AddAll(std::span<const Described> descriptions) {
+    if (descriptions.empty()) {
+        return;
+    }
+    if (list_ == nullptr) {
+        list_ = MakeUsualList(*arena_, descriptions);
+        if (list_ != nullptr) {
+            return;
+        }
+    }
+    if (descriptions.size() <= Block::kMost || std::is_sorted(descriptions.begin(), descriptions.end(), IsLess)) {
+        AddInTurn(descriptions);
+    } else {
+        std::vector<Described> sorted(descriptions.begin(), descriptions.end());
+        SortByValue(sorted);
+        AddInTurn(sorted);
+    }
+}
+
+void ValueDescriptions::AddInTurn(std::span<const Described> descriptions) {
+    const size_t capacity = std::min<size_t>(descriptions.size(), Block::kMost);
+    List* const list = list_ != nullptr ? list_ : MakeList(*arena_, capacity, 0);
+    for (const Described& description : descriptions) {
+        list->Add(*arena_, description);
+    }
     // Not before, as memory may run out.
     list_ = list;
 }
 
-void ValueDescriptions::AddAll(const Descriptions& descriptions) {
-    auto next = descriptions.begin();
-    while (next != descriptions.end() && (Size() < kShortList || list_->IsOutside(next->value))) {
-        Add(next->value, next->text);
-        ++next;
-    }
-    Descriptions rest(next, descriptions.end());
-    if (rest.size() > kFew) {
-        SortByValue(rest);
-    }
-    for (const auto& [value, text] : rest) {
-        Add(value, text);
-    }
-}
-
-void ValueDescriptions::List::Add(Arena& arena, int32_t value, std::string_view text) {
-    const auto place = FindPlace(value);
-    if (place != entries.end() && place->first == value) {
-        // In one step, so that running out of memory leaves the old text.
-        place->second.Append(arena, std::string(kJoint).append(text));
-        lastAdded = place;
+void ValueDescriptions::List::Add(Arena& arena, const Described& description) {
+    if (blocks != nullptr) {
+        blocks->Add(arena, description);
         return;
     }
-    GrowingText description;
-    description.Append(arena, text);
-    lastAdded = entries.emplace_hint(place, value, description);
-    if (last != entries.end() && value < last->first) {
-        ++lastIndex;
+    const uint32_t place = block.FindPlace(description.value);
+    if (place != block.size && block.entries[place].value == description.value) {
+        block.entries[place].Join(arena, description.text);
+        return;
+    }
+    if (block.size == Block::kMost) {
+        blocks = new (arena.Allocate(sizeof(Blocks), alignof(Blocks))) Blocks(arena, block);
+        blocks->Add(arena, description);
+        return;
+    }
+    const Entry entry = MakeEntry(arena, description);
+    if (block.size == block.capacity) {
+        Grow(arena);
+    }
+    block.Insert(place, entry);
+}
+
+void ValueDescriptions::List::Grow(Arena& arena) {
+    constexpr uint32_t kLeast = 4;
+    const uint32_t larger = std::clamp(2 * block.capacity, kLeast, Block::kMost);
+    auto* const entries = MakeEntries(arena, larger);
+    std::copy_n(block.entries, block.size, entries);
+    block.entries = entries;
+    block.capacity = larger;
+}
+
+// --- Long lists
+
+ValueDescriptions::Blocks::Blocks(Arena& arena, const Block& first)
+    : size(first.size), map(ArenaAllocator<Map::value_type>(arena)) {
+    last = map.emplace(std::numeric_limits<int32_t>::min(), first).first;
+}
+
+void ValueDescriptions::Blocks::Add(Arena& arena, const Described& description) {
+    const auto [value, text] = description;
+    auto found = std::prev(map.upper_bound(value));
+    uint32_t place = found->second.FindPlace(value);
+    if (place != found->second.size && found->second.entries[place].value == value) {
+        found->second.entries[place].Join(arena, text);
+        return;
+    }
+    const Entry entry = MakeEntry(arena, description);
+    if (found->second.size == Block::kMost) {
+        found = Split(arena, found, value);
+        place = found->second.FindPlace(value);
+    }
+    found->second.Insert(place, entry);
+    ++size;
+    if (value < last->first) {
+        ++numBefore;
     }
 }
 
-bool ValueDescriptions::List::IsOutside(int32_t value) const {
-    return entries.empty() || value > entries.rbegin()->first || value < entries.begin()->first;
+// The result is the half that the value belongs to. Where it is beyond all others, it begins a block, so that in
+// ascending and in descending order blocks are filled.
+ValueDescriptions::Blocks::Map::iterator ValueDescriptions::Blocks::Split(Arena& arena, Map::iterator full,
+                                                                          int32_t value) {
+    Block& lower = full->second;
+    const auto next = std::next(full);
+    uint32_t half = lower.size / 2;
+    if (next == map.end() && value > lower.entries[lower.size - 1].value) {
+        half = lower.size;
+    } else if (full == map.begin() && value < lower.entries[0].value) {
+        half = 0;
+    }
+    const int32_t border = half < lower.size ? lower.entries[half].value : value;
+    const Block upper{lower.size - half, Block::kMost, MakeEntries(arena, Block::kMost)};
+    std::copy_n(lower.entries + half, upper.size, upper.entries);
+    const auto behind = map.emplace_hint(next, border, upper);
+    lower.size = half;
+    return value < border ? full : behind;
 }
 
-ValueDescriptions::Map::iterator ValueDescriptions::List::FindPlace(int32_t value) {
-    // Most lists come in ascending order, and most others in descending order.
-    if (IsOutside(value)) {
-        return entries.empty() || value > entries.begin()->first ? entries.end() : entries.begin();
+ValueDescriptions::Described ValueDescriptions::Blocks::At(size_t index) {
+    if (index < numBefore / 2) {
+        last = map.begin();
+        numBefore = 0;
     }
-    // What comes in no order is put in order before, and stands between those that are there already.
-    if (lastAdded->first < value) {
-        const auto next = std::next(lastAdded);
-        if (value <= next->first) {
-            return next;
-        }
+    for (; index < numBefore; numBefore -= last->second.size) {
+        --last;
     }
-    return entries.lower_bound(value);
-}
-
-const ValueDescriptions::Map& ValueDescriptions::Entries() const {
-    static Arena nowhere;
-    static const List kNone(nowhere);
-    return list_ != nullptr ? list_->entries : kNone.entries;
-}
-
-const ValueDescriptions::Map::value_type& ValueDescriptions::At(size_t index) const {
-    List& list = *list_;
-    if (list.last == list.entries.end() || index < list.lastIndex / 2) {
-        list.last = list.entries.begin();
-        list.lastIndex = 0;
+    for (; index - numBefore >= last->second.size; ++last) {
+        numBefore += last->second.size;
     }
-    // Map iterators go both ways; advance takes a negative distance.
-    std::advance(list.last,
-                 static_cast<Map::difference_type>(index) - static_cast<Map::difference_type>(list.lastIndex));
-    list.lastIndex = index;
-    return *list.last;
+    return last->second.entries[index - numBefore].View();
 }
 
 }  // namespace tabrin

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <span>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "model/arena.h"
 
@@ -16,9 +16,6 @@ namespace tabrin {
 // Ordered by the signed value. Nothing in it is ever replaced: a value described again gets the texts joined by " - ".
 class ValueDescriptions {
 public:
-    using Map = std::map<int32_t, GrowingText, std::less<>, ArenaAllocator<std::pair<const int32_t, GrowingText>>>;
-
-    // What an entry is made of.
     struct Described {
         int32_t value;
         std::string_view text;
@@ -26,39 +23,95 @@ public:
 
     explicit ValueDescriptions(Arena& arena) : arena_(&arena) {}
 
-    void Add(int32_t value, std::string_view text);
-    // As one after the other. But what comes in no order is put in order first: in a long list values at random would
-    // each wait for memory in the search for their place, and once more whenever the list is walked through.
-    void AddAll(const std::vector<Described>& descriptions);
+    void Add(int32_t value, std::string_view text) {
+        const Described description{value, text};
+        AddInTurn({&description, 1});
+    }
+    // As one after the other. But many that come in no order are put in order first: values at random would each wait for
+    // memory in the search for their place, and their texts once more whenever the list is walked through.
+    void AddAll(std::span<const Described> descriptions);
     void Clear() { list_ = nullptr; }
 
-    [[nodiscard]] const Map& Entries() const;
-    [[nodiscard]] size_t Size() const { return list_ != nullptr ? list_->entries.size() : 0; }
+    [[nodiscard]] size_t Size() const {
+        if (list_ == nullptr) {
+            return 0;
+        }
+        return list_->blocks != nullptr ? list_->blocks->size : list_->block.size;
+    }
 
     // Without looking at the list, which costs waiting for memory.
     [[nodiscard]] bool IsEmpty() const { return list_ == nullptr; }
 
-    // Entry number `index` in order; `index` must be below Size. Asking for one after the other takes constant time
-    // each, because the place of the last one asked for is remembered.
-    [[nodiscard]] const Map::value_type& At(size_t index) const;
+    // Number `index` in order; `index` must be below Size. Asking for one after the other takes constant time each.
+    [[nodiscard]] Described At(size_t index) const {
+        return list_->blocks != nullptr ? list_->blocks->At(index) : list_->block.entries[index].View();
+    }
 
     [[nodiscard]] Arena& GetArena() const { return *arena_; }
 
 private:
-    struct List {
-        explicit List(Arena& arena) : entries(ArenaAllocator<Map::value_type>(arena)) {}
+    // A text that is long, or to which others were joined, is elsewhere.
+    struct Entry {
+        static constexpr uint32_t kElsewhere = 0x1'0000;  // in place of its size
 
-        void Add(Arena& arena, int32_t value, std::string_view text);
-        // Below or above all that are there.
-        [[nodiscard]] bool IsOutside(int32_t value) const;
-        // The first entry whose value is not below this one.
-        [[nodiscard]] Map::iterator FindPlace(int32_t value);
+        [[nodiscard]] Described View() const {
+            return {value, size != kElsewhere ? std::string_view(text, size) : grown->View()};
+        }
+        void Join(Arena& arena, std::string_view more);
 
-        Map entries;
-        Map::iterator lastAdded = entries.end();
-        size_t lastIndex = 0;
-        Map::const_iterator last = entries.end();
+        int32_t value;
+        uint32_t size;
+        union {
+            const char* text;
+            GrowingText* grown;
+        };
     };
+
+    // Entries in order. So few that to make room between them takes little time.
+    struct Block {
+        static constexpr uint32_t kMost = 128;
+
+        // The first entry whose value is not below this one.
+        [[nodiscard]] uint32_t FindPlace(int32_t value) const;
+        void Insert(uint32_t place, const Entry& entry);
+
+        uint32_t size;
+        uint32_t capacity;
+        Entry* entries;
+    };
+
+    // Each block is found by a number that is not above its values, nor above those that are to come into it.
+    struct Blocks {
+        using Map = std::map<int32_t, Block, std::less<>, ArenaAllocator<std::pair<const int32_t, Block>>>;
+
+        Blocks(Arena& arena, const Block& first);
+
+        void Add(Arena& arena, const Described& description);
+        [[nodiscard]] Described At(size_t index);
+
+        size_t size;
+        Map map;
+        // The block that was asked last, and the entries in front of it.
+        Map::iterator last;
+        size_t numBefore = 0;
+
+    private:
+        Map::iterator Split(Arena& arena, Map::iterator full, int32_t value);
+    };
+
+    struct List {
+        void Add(Arena& arena, const Described& description);
+        void Grow(Arena& arena);
+
+        Block block;     // the only one
+        Blocks* blocks;  // when there are more; `block` is one of them then, and no longer up to date
+    };
+
+    static Entry MakeEntry(Arena& arena, const Described& description);
+    static Entry* MakeEntries(Arena& arena, size_t count);
+    void AddInTurn(std::span<const Described> descriptions);
+    static List* MakeList(Arena& arena, size_t capacity, size_t textSize);
+    static List* MakeUsualList(Arena& arena, std::span<const Described> descriptions);
 
     Arena* arena_;
     // Most signals have none; one that is there is never empty. In the arena, where nothing needs to be destroyed.

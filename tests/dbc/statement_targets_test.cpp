@@ -355,8 +355,9 @@ void ExpectSame(const CANSignal& signal, const NaiveSignal& expected) {
     EXPECT_EQ(signal.comment, expected.comment);
     EXPECT_EQ(signal.valueType, expected.valueType);
     std::map<long long, std::string> descriptions;
-    for (const auto& [value, text] : signal.valueDescriptions.Entries()) {
-        descriptions[value] = text.View();
+    for (size_t i = 0; i < signal.valueDescriptions.Size(); ++i) {
+        const auto [value, text] = signal.valueDescriptions.At(i);
+        descriptions[value] = text;
     }
     EXPECT_EQ(descriptions, expected.descriptions);
 }

@@ -13,8 +13,9 @@ using DescriptionTexts = std::map<int32_t, std::string>;
 
 inline DescriptionTexts TextsOf(const ValueDescriptions& descriptions) {
     DescriptionTexts texts;
-    for (const auto& [value, text] : descriptions.Entries()) {
-        texts.emplace(value, text.View());
+    for (size_t i = 0; i < descriptions.Size(); ++i) {
+        const auto [value, text] = descriptions.At(i);
+        texts.emplace(value, text);
     }
     return texts;
 }

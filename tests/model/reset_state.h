@@ -60,7 +60,7 @@ inline void ExpectReset(const CANSignal& signal) {
     EXPECT_EQ(signal.minimum, 0.0);
     EXPECT_EQ(signal.maximum, 0.0);
     EXPECT_EQ(signal.receivers.Joined(), "");
-    EXPECT_TRUE(signal.valueDescriptions.Entries().empty());
+    EXPECT_TRUE(signal.valueDescriptions.IsEmpty());
     EXPECT_EQ(signal.startValue, 0U);
     EXPECT_EQ(signal.inactiveValue, 0U);
     EXPECT_EQ(signal.nameAsRead, "");

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -23,6 +24,24 @@ constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
 
 using Pairs = std::vector<std::pair<int32_t, std::string>>;
 
+Pairs KeptOf(const ValueDescriptions& descriptions) {
+    EXPECT_EQ(descriptions.IsEmpty(), descriptions.Size() == 0);
+    Pairs kept;
+    for (size_t i = 0; i < descriptions.Size(); ++i) {
+        const auto [value, text] = descriptions.At(i);
+        kept.emplace_back(value, text);
+    }
+    return kept;
+}
+
+void AddTogether(ValueDescriptions& descriptions, const Pairs& added) {
+    std::vector<ValueDescriptions::Described> all;
+    for (const auto& [value, text] : added) {
+        all.push_back({value, text});
+    }
+    descriptions.AddAll(all);
+}
+
 struct Added {
     Pairs added;
     Pairs kept;
@@ -36,16 +55,10 @@ void CheckKept(const Added (&rows)[Count]) {
         for (const auto& [value, text] : row.added) {
             descriptions.Add(value, text);
         }
-        Pairs kept;
-        for (const auto& [value, text] : descriptions.Entries()) {
-            kept.emplace_back(value, text.View());
-        }
-        EXPECT_EQ(kept, row.kept);
-        EXPECT_EQ(descriptions.Size(), row.kept.size());
-        for (size_t i = 0; i < row.kept.size(); ++i) {
-            EXPECT_EQ(descriptions.At(i).first, row.kept[i].first);
-            EXPECT_EQ(descriptions.At(i).second, row.kept[i].second);
-        }
+        EXPECT_EQ(KeptOf(descriptions), row.kept);
+        OwnValueDescriptions together;
+        AddTogether(together, row.added);
+        EXPECT_EQ(KeptOf(together), row.kept);
     }
 }
 
@@ -79,15 +92,15 @@ TEST(ValueDescriptions, ClearLeavesNothing) {
     OwnValueDescriptions descriptions;
     descriptions.Add(1, "a");
     descriptions.Add(2, "b");
-    EXPECT_EQ(descriptions.At(1).second, "b");
+    EXPECT_EQ(descriptions.At(1).text, "b");
     descriptions.Clear();
     EXPECT_EQ(descriptions.Size(), 0U);
 
     // The place of the entry asked for last is forgotten as well.
     descriptions.Add(7, "c");
     descriptions.Add(8, "d");
-    EXPECT_EQ(descriptions.At(1).second, "d");
-    EXPECT_EQ(descriptions.At(0).second, "c");
+    EXPECT_EQ(descriptions.At(1).text, "d");
+    EXPECT_EQ(descriptions.At(0).text, "c");
 }
 
 TEST(ValueDescriptions, EntriesAreFoundInAnyOrder) {
@@ -96,7 +109,7 @@ TEST(ValueDescriptions, EntriesAreFoundInAnyOrder) {
         descriptions.Add(value, std::to_string(value));
     }
     for (const size_t index : {9U, 0U, 5U, 5U, 4U, 3U, 2U, 1U, 0U, 8U, 3U, 9U, 4U, 5U}) {
-        EXPECT_EQ(descriptions.At(index).second, std::to_string(index)) << index;
+        EXPECT_EQ(descriptions.At(index).text, std::to_string(index)) << index;
     }
 }
 
@@ -104,17 +117,17 @@ TEST(ValueDescriptions, EntriesMoveWhenOthersAreAddedInFront) {
     OwnValueDescriptions descriptions;
     descriptions.Add(10, "ten");
     descriptions.Add(20, "twenty");
-    EXPECT_EQ(descriptions.At(1).second, "twenty");
+    EXPECT_EQ(descriptions.At(1).text, "twenty");
     descriptions.Add(15, "fifteen");
-    EXPECT_EQ(descriptions.At(1).second, "fifteen");
+    EXPECT_EQ(descriptions.At(1).text, "fifteen");
     descriptions.Add(5, "five");
-    EXPECT_EQ(descriptions.At(2).second, "fifteen");
-    EXPECT_EQ(descriptions.At(3).second, "twenty");
+    EXPECT_EQ(descriptions.At(2).text, "fifteen");
+    EXPECT_EQ(descriptions.At(3).text, "twenty");
     descriptions.Add(30, "thirty");
-    EXPECT_EQ(descriptions.At(4).second, "thirty");
+    EXPECT_EQ(descriptions.At(4).text, "thirty");
     descriptions.Add(30, "again");
-    EXPECT_EQ(descriptions.At(4).second, "thirty - again");
-    EXPECT_EQ(descriptions.At(0).second, "five");
+    EXPECT_EQ(descriptions.At(4).text, "thirty - again");
+    EXPECT_EQ(descriptions.At(0).text, "five");
 }
 
 TEST(ValueDescriptions, AgreesWithAPlainMap) {
@@ -134,9 +147,9 @@ TEST(ValueDescriptions, AgreesWithAPlainMap) {
             for (auto lookup = random() % 3; lookup > 0; --lookup) {
                 const size_t index = random() % expected.size();
                 const auto& entry = *std::next(expected.begin(), static_cast<std::ptrdiff_t>(index));
-                ASSERT_EQ(descriptions.At(index).first, entry.first)
+                ASSERT_EQ(descriptions.At(index).value, entry.first)
                     << index << " of " << testing::PrintToString(expected);
-                ASSERT_EQ(descriptions.At(index).second, entry.second)
+                ASSERT_EQ(descriptions.At(index).text, entry.second)
                     << index << " of " << testing::PrintToString(expected);
             }
         }
@@ -144,75 +157,123 @@ TEST(ValueDescriptions, AgreesWithAPlainMap) {
     }
 }
 
-// --- Many at once
-
-std::map<int32_t, std::string> KeptTogether(ValueDescriptions& descriptions, const Pairs& added) {
-    std::vector<ValueDescriptions::Described> all;
-    for (const auto& [value, text] : added) {
-        all.push_back({value, text});
+// A text that is long is kept in another way.
+TEST(ValueDescriptions, TextsMayHaveAnyLength) {
+    for (const size_t length : {0U, 1U, 65'534U, 65'535U, 65'536U, 65'537U, 200'000U}) {
+        SCOPED_TRACE(length);
+        const std::string text = std::string(length, 't') + "e";
+        OwnValueDescriptions descriptions;
+        descriptions.Add(2, text);
+        descriptions.Add(1, text);
+        EXPECT_EQ(KeptOf(descriptions), Pairs({{1, text}, {2, text}}));
+        descriptions.Add(2, "more");
+        descriptions.Add(2, text);
+        EXPECT_EQ(KeptOf(descriptions), Pairs({{1, text}, {2, text + " - more - " + text}}));
     }
-    descriptions.AddAll(all);
-    return TextsOf(descriptions);
 }
 
-// The least and the greatest value, so that no other is beyond, and what makes the list a long one.
-Pairs LongList() {
-    Pairs list = {{kLeast, "least"}, {kMost, "most"}};
-    for (int32_t value = 1'000'000; value < 1'000'300; ++value) {
-        list.emplace_back(value, "usual");
+// --- Many, in more blocks than one
+
+enum class Order { Ascending, Descending, Inwards, Outwards, Scattered };
+
+// Every number below `count` once.
+std::vector<int32_t> Numbers(int32_t count, Order order) {
+    std::vector<int32_t> numbers;
+    for (int32_t i = 0; i < count; ++i) {
+        const int32_t outer = i % 2 == 0 ? i / 2 : count - 1 - i / 2;
+        // A prime, so that each number comes once.
+        const int32_t scattered = static_cast<int32_t>(int64_t{i} * 7919 % count);
+        numbers.push_back(order == Order::Descending  ? count - 1 - i
+                          : order == Order::Inwards   ? outer
+                          : order == Order::Outwards  ? outer
+                          : order == Order::Scattered ? scattered
+                                                      : i);
     }
-    return list;
+    if (order == Order::Outwards) {
+        std::reverse(numbers.begin(), numbers.end());
+    }
+    return numbers;
 }
 
-TEST(ManyValueDescriptions, EveryByteOfAValueCounts) {
-    const int32_t kAscending[] = {-0x0200'0000,
-                                  -0x0100'0000,
-                                  -0x0002'0000,
-                                  -0x0001'0000,
-                                  -0x0201,
-                                  -0x0102,
-                                  -0x0101,
-                                  -2,
-                                  -1,
-                                  0,
-                                  1,
-                                  2,
-                                  0x0101,
-                                  0x0102,
-                                  0x0201,
-                                  0x0001'0000,
-                                  0x0002'0000,
-                                  0x0100'0000,
-                                  0x0200'0000,
-                                  0x7FFF'FFFE};
-    Pairs added = LongList();
-    for (auto value = std::rbegin(kAscending); value != std::rend(kAscending); ++value) {
-        added.emplace_back(*value, "added");
+constexpr Order kOrders[] = {Order::Ascending, Order::Descending, Order::Inwards, Order::Outwards, Order::Scattered};
+constexpr int32_t kCounts[] = {1, 4, 5, 127, 128, 129, 130, 191, 192, 193, 255, 256, 257, 384, 385, 1000, 5000};
+
+Pairs WithTexts(const std::vector<int32_t>& values) {
+    Pairs pairs;
+    for (const int32_t value : values) {
+        pairs.emplace_back(value, std::to_string(value));
     }
-    OwnValueDescriptions descriptions;
-    KeptTogether(descriptions, added);
-    std::vector<int32_t> kept;
-    for (const auto& [value, text] : descriptions.Entries()) {
-        if (text == "added") {
-            kept.push_back(value);
+    return pairs;
+}
+
+template <typename Add>
+void CheckEveryOrder(Add add) {
+    for (const Order order : kOrders) {
+        for (const int32_t count : kCounts) {
+            SCOPED_TRACE(testing::Message() << count << " in order " << static_cast<int>(order));
+            OwnValueDescriptions descriptions;
+            add(descriptions, WithTexts(Numbers(count, order)));
+            ASSERT_EQ(KeptOf(descriptions), WithTexts(Numbers(count, Order::Ascending)));
         }
     }
-    EXPECT_EQ(kept, std::vector<int32_t>(std::begin(kAscending), std::end(kAscending)));
+}
+
+TEST(ManyValueDescriptions, AreOrderedHoweverTheyCome) {
+    CheckEveryOrder([](ValueDescriptions& descriptions, const Pairs& added) {
+        for (const auto& [value, text] : added) {
+            descriptions.Add(value, text);
+        }
+    });
+}
+
+TEST(ManyValueDescriptions, AreOrderedHoweverTheyComeTogether) {
+    CheckEveryOrder(AddTogether);
+}
+
+TEST(ManyValueDescriptions, ExtremesHaveTheirPlace) {
+    Pairs expected = WithTexts(Numbers(1000, Order::Ascending));
+    OwnValueDescriptions descriptions;
+    AddTogether(descriptions, expected);
+    for (const int32_t value : {kMost, kLeast, kMost - 1, kLeast + 1, -1, 1000}) {
+        descriptions.Add(value, "added");
+    }
+    expected.insert(expected.begin(), {{kLeast, "added"}, {kLeast + 1, "added"}, {-1, "added"}});
+    expected.insert(expected.end(), {{1000, "added"}, {kMost - 1, "added"}, {kMost, "added"}});
+    EXPECT_EQ(KeptOf(descriptions), expected);
 }
 
 TEST(ManyValueDescriptions, TextsOfOneValueAreJoinedInTheirOrder) {
-    Pairs added = LongList();
-    added.insert(added.end(), {{7, "a"}, {5, "b"}, {7, "c"}, {1'000'000, "d"}, {6, "e"}, {5, "f"}, {7, "g"}});
+    Pairs expected = WithTexts(Numbers(1000, Order::Ascending));
     OwnValueDescriptions descriptions;
-    std::map<int32_t, std::string> kept = KeptTogether(descriptions, added);
-    EXPECT_EQ(kept[5], "b - f");
-    EXPECT_EQ(kept[6], "e");
-    EXPECT_EQ(kept[7], "a - c - g");
-    EXPECT_EQ(kept[1'000'000], "usual - d");
-    EXPECT_EQ(kept.size(), 305U);
+    AddTogether(descriptions, expected);
+    AddTogether(descriptions, {{7, "a"}, {999, "b"}, {7, "c"}, {-5, "d"}, {500, "e"}, {-5, "f"}, {7, "g"}});
+    expected[7].second = "7 - a - c - g";
+    expected[500].second = "500 - e";
+    expected[999].second = "999 - b";
+    expected.insert(expected.begin(), {-5, "d - f"});
+    EXPECT_EQ(KeptOf(descriptions), expected);
 }
 
-TEST(ManyValueDescriptions, AgreesWithAPlainMap) {
+// The last one asked for is remembered, and moves when others come in front of it.
+TEST(ManyValueDescriptions, AreFoundInAnyOrderWhileOthersAreAdded) {
+    for (const Order order : kOrders) {
+        SCOPED_TRACE(static_cast<int>(order));
+        std::mt19937 random(static_cast<uint32_t>(order));
+        OwnValueDescriptions descriptions;
+        std::vector<int32_t> expected;
+        for (const int32_t value : Numbers(1500, order)) {
+            descriptions.Add(value, std::to_string(value));
+            expected.insert(std::lower_bound(expected.begin(), expected.end(), value), value);
+            for (auto lookup = random() % 3; lookup > 0; --lookup) {
+                const size_t index = random() % expected.size();
+                ASSERT_EQ(descriptions.At(index).value, expected[index]) << index << " of " << expected.size();
+                ASSERT_EQ(descriptions.At(index).text, std::to_string(expected[index]));
+            }
+        }
+    }
+}
+
+TEST(ManyValueDescriptions, AgreeWithAPlainMap) {
     for (uint32_t seed = 1; seed <= 30; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);
@@ -229,7 +290,8 @@ TEST(ManyValueDescriptions, AgreesWithAPlainMap) {
                     place->second += " - " + added.back().second;
                 }
             }
-            ASSERT_EQ(KeptTogether(descriptions, added), expected) << "added last: " << testing::PrintToString(added);
+            AddTogether(descriptions, added);
+            ASSERT_EQ(TextsOf(descriptions), expected) << "added last: " << testing::PrintToString(added);
         }
     }
 }
