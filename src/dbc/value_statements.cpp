@@ -73,28 +73,24 @@ bool ApplyValueTypeCode(CANSignal& signal, uint32_t code) {
     return false;
 }
 
-// The next quote at or after `position`.
-size_t FindQuote(std::string_view line, size_t position) {
-    return FindNear(line, '"', position);
+std::string_view Between(std::string_view line, size_t begin, size_t end) {
+    return {line.data() + begin, end - begin};
 }
 
 // What stands in front of a quote, as a number. Nearly every one is a few digits between two blanks.
 bool ParseValue(std::string_view text, int32_t& value) {
     constexpr size_t kMostDigits = 9;
-    const size_t count = text.size() - 2;
-    if (count - 1 < kMostDigits && text.front() == ' ' && text.back() == ' ') {
-        uint32_t number = 0;
-        bool isPlain = true;
-        for (const char c : text.substr(1, count)) {
-            isPlain &= IsDigit(c);
-            number = number * 10 + static_cast<uint32_t>(c - '0');
-        }
-        value = static_cast<int32_t>(number);
-        if (isPlain) {
-            return true;
-        }
+    if (text.size() < 3 || text.size() > kMostDigits + 2 || text.front() != ' ' || text.back() != ' ') {
+        return ToI32(text, value);
     }
-    return ToI32(text, value);
+    uint32_t number = 0;
+    bool isPlain = true;
+    for (const char c : Between(text, 1, text.size() - 1)) {
+        isPlain &= IsDigit(c);
+        number = number * 10 + static_cast<uint32_t>(c - '0');
+    }
+    value = static_cast<int32_t>(number);
+    return isPlain || ToI32(text, value);
 }
 
 // Takes the next descriptions of a line. Nothing checks the closing semicolon: behind the last one there is simply no
@@ -102,17 +98,16 @@ bool ParseValue(std::string_view text, int32_t& value) {
 void ParseDescriptions(std::string_view line, size_t& position, Descriptions& descriptions) {
     descriptions.clear();
     while (position < line.size() && descriptions.size() < kMostAtATime) {
-        size_t quote = FindQuote(line, position);
+        size_t quote = FindNear(line, '"', position);
         int32_t value = 0;
         // What stands in front of a quote and is no number is passed over; the text behind that quote is then tried as
         // the next value.
-        if (quote != kNpos && ParseValue(line.substr(position, quote - position), value)) {
+        if (quote != kNpos && ParseValue(Between(line, position, quote), value)) {
             const size_t begin = quote + 1;
-            quote = FindQuote(line, begin);
-            const size_t size = quote == kNpos ? 0 : quote - begin;
-            descriptions.push_back({value, line.substr(begin, size)});
+            quote = FindNear(line, '"', begin);
+            descriptions.push_back({value, quote != kNpos ? Between(line, begin, quote) : std::string_view()});
         }
-        position = quote == kNpos ? line.size() : quote + 1;
+        position = quote != kNpos ? quote + 1 : line.size();
     }
 }
 

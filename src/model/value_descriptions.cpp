@@ -20,29 +20,41 @@ GrowingText* MakeGrown(Arena& arena, std::string_view text) {
     return grown;
 }
 
-bool IsLess(const ValueDescriptions::Described& a, const ValueDescriptions::Described& b) {
-    return a.value < b.value;
+using Described = ValueDescriptions::Described;
+
+bool IsAscending(std::span<const Described> descriptions) {
+    return std::is_sorted(descriptions.begin(), descriptions.end(),
+                          [](const Described& a, const Described& b) { return a.value < b.value; });
+}
+
+// Not where two are equal, as these stay in their order.
+bool IsDescending(std::span<const Described> descriptions) {
+    return std::adjacent_find(descriptions.begin(), descriptions.end(), [](const Described& a, const Described& b) {
+               return a.value <= b.value;
+           }) == descriptions.end();
 }
 
 // By counting the values of each of their bytes, from the last to the first. Those that are equal stay in their order.
 // Sorting by comparison takes twice as long and more, as no processor can guess how comparisons at random come out.
-void SortByValue(std::vector<ValueDescriptions::Described>& descriptions) {
+void SortByValue(std::span<Described> descriptions) {
     constexpr uint32_t kSignBit = 0x8000'0000;
     constexpr unsigned kBitsOfByte = 8;
-    std::vector<ValueDescriptions::Described> sorted(descriptions.size());
+    std::vector<Described> sorted(descriptions.size());
+    std::span<Described> from = descriptions;
+    std::span<Described> into = sorted;
     for (unsigned shift = 0; shift < 32; shift += kBitsOfByte) {
-        const auto byteOf = [shift](const auto& description) -> size_t {
+        const auto byteOf = [shift](const Described& description) -> size_t {
             return ((static_cast<uint32_t>(description.value) ^ kSignBit) >> shift) & 0xFFU;
         };
         std::array<size_t, 257> places{};
-        for (const auto& description : descriptions) {
+        for (const Described& description : from) {
             ++places[byteOf(description) + 1];
         }
         std::partial_sum(places.begin(), places.end(), places.begin());
-        for (const auto& description : descriptions) {
-            sorted[places[byteOf(description)]++] = description;
+        for (const Described& description : from) {
+            into[places[byteOf(description)]++] = description;
         }
-        descriptions.swap(sorted);
+        std::swap(from, into);
     }
 }
 
@@ -123,9 +135,12 @@ ValueDescriptions::List* ValueDescriptions::MakeUsualList(Arena& arena, std::spa
     return list;
 }
 
-void ValueDescriptions::AddAll(std::span<const Described> descriptions) {
+void ValueDescriptions::AddAll(std::span<Described> descriptions) {
     if (descriptions.empty()) {
         return;
+    }
+    if (IsDescending(descriptions)) {
+        std::reverse(descriptions.begin(), descriptions.end());
     }
     if (list_ == nullptr) {
         list_ = MakeUsualList(*arena_, descriptions);
@@ -133,13 +148,10 @@ void ValueDescriptions::AddAll(std::span<const Described> descriptions) {
             return;
         }
     }
-    if (descriptions.size() <= Block::kMost || std::is_sorted(descriptions.begin(), descriptions.end(), IsLess)) {
-        AddInTurn(descriptions);
-    } else {
-        std::vector<Described> sorted(descriptions.begin(), descriptions.end());
-        SortByValue(sorted);
-        AddInTurn(sorted);
+    if (descriptions.size() > Block::kMost && !IsAscending(descriptions)) {
+        SortByValue(descriptions);
     }
+    AddInTurn(descriptions);
 }
 
 void ValueDescriptions::AddInTurn(std::span<const Described> descriptions) {
@@ -187,12 +199,23 @@ void ValueDescriptions::List::Grow(Arena& arena) {
 
 ValueDescriptions::Blocks::Blocks(Arena& arena, const Block& first)
     : size(first.size), map(ArenaAllocator<Map::value_type>(arena)) {
-    last = map.emplace(std::numeric_limits<int32_t>::min(), first).first;
+    lastAsked = lastAdded = map.emplace(std::numeric_limits<int32_t>::min(), first).first;
+}
+
+ValueDescriptions::Blocks::Map::iterator ValueDescriptions::Blocks::FindBlock(int32_t value) {
+    // Mostly the one before came into the same block.
+    if (lastAdded->first <= value) {
+        const auto next = std::next(lastAdded);
+        if (next == map.end() || value < next->first) {
+            return lastAdded;
+        }
+    }
+    return std::prev(map.upper_bound(value));
 }
 
 void ValueDescriptions::Blocks::Add(Arena& arena, const Described& description) {
     const auto [value, text] = description;
-    auto found = std::prev(map.upper_bound(value));
+    auto found = FindBlock(value);
     uint32_t place = found->second.FindPlace(value);
     if (place != found->second.size && found->second.entries[place].value == value) {
         found->second.entries[place].Join(arena, text);
@@ -204,8 +227,9 @@ void ValueDescriptions::Blocks::Add(Arena& arena, const Described& description) 
         place = found->second.FindPlace(value);
     }
     found->second.Insert(place, entry);
+    lastAdded = found;
     ++size;
-    if (value < last->first) {
+    if (value < lastAsked->first) {
         ++numBefore;
     }
 }
@@ -232,16 +256,16 @@ ValueDescriptions::Blocks::Map::iterator ValueDescriptions::Blocks::Split(Arena&
 
 ValueDescriptions::Described ValueDescriptions::Blocks::At(size_t index) {
     if (index < numBefore / 2) {
-        last = map.begin();
+        lastAsked = map.begin();
         numBefore = 0;
     }
-    for (; index < numBefore; numBefore -= last->second.size) {
-        --last;
+    for (; index < numBefore; numBefore -= lastAsked->second.size) {
+        --lastAsked;
     }
-    for (; index - numBefore >= last->second.size; ++last) {
-        numBefore += last->second.size;
+    for (; index - numBefore >= lastAsked->second.size; ++lastAsked) {
+        numBefore += lastAsked->second.size;
     }
-    return last->second.entries[index - numBefore].View();
+    return lastAsked->second.entries[index - numBefore].View();
 }
 
 }  // namespace tabrin

@@ -27,9 +27,10 @@ public:
         const Described description{value, text};
         AddInTurn({&description, 1});
     }
-    // As one after the other. But many that come in no order are put in order first: values at random would each wait for
-    // memory in the search for their place, and their texts once more whenever the list is walked through.
-    void AddAll(std::span<const Described> descriptions);
+    // As one after the other. Those that come in no order may be put in order first, with those of one value in their
+    // order: in a long list values at random would each wait for memory in the search for their place, and their texts
+    // once more whenever the list is walked through.
+    void AddAll(std::span<Described> descriptions);
     void Clear() { list_ = nullptr; }
 
     [[nodiscard]] size_t Size() const {
@@ -91,11 +92,13 @@ private:
 
         size_t size;
         Map map;
-        // The block that was asked last, and the entries in front of it.
-        Map::iterator last;
+        // The block that was asked last, the number of entries in front of it, and the block that got the last one.
+        Map::iterator lastAsked;
         size_t numBefore = 0;
+        Map::iterator lastAdded;
 
     private:
+        Map::iterator FindBlock(int32_t value);
         Map::iterator Split(Arena& arena, Map::iterator full, int32_t value);
     };
 

@@ -11,6 +11,7 @@
 #include "dbc/dbc_writer.h"
 #include "dbc/reading.h"
 #include "model/arena.h"
+#include "model/value_descriptions.h"
 #include "work/work_counter.h"
 
 namespace tabrin {
@@ -160,6 +161,60 @@ TEST(LinearWork, EightTimesTheFileTakesEightTimesTheWork) {
         EXPECT_LE(static_cast<double>(most.bytes),
                   2 * kTolerance * growth * static_cast<double>(least.bytes) + 300'000);
     }
+}
+
+// Number `i` of as many values, each of which comes once.
+int32_t ValueOf(bench::ValueOrder order, int32_t i, int32_t count) {
+    constexpr int32_t kPrime = 7919;
+    switch (order) {
+        case bench::ValueOrder::Ascending:
+            return i;
+        case bench::ValueOrder::Descending:
+            return count - i;
+        default:
+            return static_cast<int32_t>(int64_t{i} * kPrime % count);
+    }
+}
+
+// Through the interface they come one by one, and may be looked at in between.
+TEST(LinearWork, DescriptionsAddedOneByOneTakeEqualWorkEach) {
+    for (const auto order : {bench::ValueOrder::Ascending, bench::ValueOrder::Descending, bench::ValueOrder::Random}) {
+        SCOPED_TRACE(static_cast<int>(order));
+        const auto effortOf = [order](int32_t count) {
+            Arena arena;
+            ValueDescriptions descriptions(arena);
+            return EffortOf([&] {
+                for (int32_t i = 0; i < count; ++i) {
+                    descriptions.Add(ValueOf(order, i, count), "a text");
+                    EXPECT_EQ(descriptions.At(static_cast<size_t>(i / 2)).text, "a text");
+                }
+            });
+        };
+        const Effort least = effortOf(8'192);
+        const Effort most = effortOf(65'536);
+        // In no order each is searched for, in a tree that is three levels higher.
+        const double tolerance = order == bench::ValueOrder::Random ? 1.35 : kTolerance;
+        EXPECT_LE(static_cast<double>(most.work), tolerance * kFactor * static_cast<double>(least.work));
+        EXPECT_LE(static_cast<double>(most.bytes), kTolerance * kFactor * static_cast<double>(least.bytes));
+        EXPECT_LE(most.bytes, 65'536U * 60);
+    }
+}
+
+// One value described again and again.
+TEST(LinearWork, TextThatIsJoinedTakesEqualWorkEach) {
+    const auto effortOf = [](int32_t count) {
+        Arena arena;
+        ValueDescriptions descriptions(arena);
+        return EffortOf([&] {
+            for (int32_t i = 0; i < count; ++i) {
+                descriptions.Add(7, "a text");
+            }
+        });
+    };
+    const Effort least = effortOf(8'192);
+    const Effort most = effortOf(65'536);
+    EXPECT_LE(static_cast<double>(most.work), kTolerance * kFactor * static_cast<double>(least.work));
+    EXPECT_LE(static_cast<double>(most.bytes), kTolerance * kFactor * static_cast<double>(least.bytes));
 }
 
 // Every byte is looked at a small constant number of times.
