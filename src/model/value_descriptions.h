@@ -28,8 +28,7 @@ public:
         AddInTurn({&description, 1});
     }
     // As one after the other. Those that come in no order may be put in order first, with those of one value in their
-    // order: in a long list values at random would each wait for memory in the search for their place, and their texts
-    // once more whenever the list is walked through.
+    // order: in a long list values at random would each wait for memory in the search for their place.
     void AddAll(std::span<Described> descriptions);
     void Clear() { list_ = nullptr; }
 
