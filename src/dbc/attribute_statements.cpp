@@ -14,20 +14,19 @@ namespace tabrin {
 
 namespace {
 
-// The ";" that ends a statement and the "," between enumeration values are delimiters and never seen in a token.
-constexpr CharSet kDelimiters(" \f\n\r\t\v;,");
+using StatementTokens = TokenReader<StatementDelimiters>;
 
 constexpr std::string_view kIntType = "INT";
 constexpr std::string_view kEnumType = "ENUM";
 constexpr std::string_view kStringType = "STRING";
 
-bool NextOfKind(TokenReader& tokens, TokenKind kind, std::string_view& token) {
+bool NextOfKind(StatementTokens& tokens, TokenKind kind, std::string_view& token) {
     return tokens.Next(token) && ClassifyToken(token) == kind;
 }
 
 // "BO_ <name> <type>", "SG_ <name> <type>" or, for the network, just "<name> <type>". Returns the type; an empty one,
 // which is none, for anything else.
-std::string_view ParseDefinitionHead(TokenReader& tokens, Attribute& definition) {
+std::string_view ParseDefinitionHead(StatementTokens& tokens, Attribute& definition) {
     std::string_view token;
     tokens.Next(token);
     if (ClassifyToken(token) == TokenKind::Word) {
@@ -47,7 +46,7 @@ std::string_view ParseDefinitionHead(TokenReader& tokens, Attribute& definition)
 
 // One of the bounds must look like a number, and no minus sign does: "-10 100" is a range, "-10 abc" is none. A bound
 // that cannot be read is 0.
-bool ParseIntType(TokenReader& tokens, Attribute& definition) {
+bool ParseIntType(StatementTokens& tokens, Attribute& definition) {
     std::string_view minimum;
     std::string_view maximum;
     std::string_view extra;
@@ -59,7 +58,7 @@ bool ParseIntType(TokenReader& tokens, Attribute& definition) {
     return ClassifyToken(minimum) == TokenKind::Number || ClassifyToken(maximum) == TokenKind::Number;
 }
 
-bool ParseEnumType(TokenReader& tokens, Attribute& definition) {
+bool ParseEnumType(StatementTokens& tokens, Attribute& definition) {
     std::vector<std::string> values;
     for (std::string_view token; tokens.Next(token);) {
         if (ClassifyToken(token) != TokenKind::Quoted) {
@@ -72,7 +71,7 @@ bool ParseEnumType(TokenReader& tokens, Attribute& definition) {
 }
 
 // A definition is one of a number until another type is met.
-bool ParseType(std::string_view type, TokenReader& tokens, Attribute& definition) {
+bool ParseType(std::string_view type, StatementTokens& tokens, Attribute& definition) {
     if (type == kIntType) {
         return ParseIntType(tokens, definition);
     }
@@ -85,7 +84,7 @@ bool ParseType(std::string_view type, TokenReader& tokens, Attribute& definition
     return type == kStringType && !tokens.Next(extra);
 }
 
-void ParseDefinition(AttributeStore& store, TokenReader& tokens) {
+void ParseDefinition(AttributeStore& store, StatementTokens& tokens) {
     Attribute definition;
     const std::string_view type = ParseDefinitionHead(tokens, definition);
     if (!store.IsNameRejected(definition.name) && ParseType(type, tokens, definition)) {
@@ -93,7 +92,7 @@ void ParseDefinition(AttributeStore& store, TokenReader& tokens) {
     }
 }
 
-void ParseDefault(AttributeStore& store, TokenReader& tokens) {
+void ParseDefault(AttributeStore& store, StatementTokens& tokens) {
     std::string_view name;
     std::string_view value;
     if (!NextOfKind(tokens, TokenKind::Quoted, name) || store.IsNameRejected(Unquoted(name)) || !tokens.Next(value)) {
@@ -103,7 +102,7 @@ void ParseDefault(AttributeStore& store, TokenReader& tokens) {
 }
 
 // Nothing for the network, "BO_ <id>" or "SG_ <id> <signal>". An identifier out of range is 0.
-bool ParseObject(TokenReader& tokens, Attribute& value) {
+bool ParseObject(StatementTokens& tokens, Attribute& value) {
     if (value.objectType == AttributeObjectType::General) {
         return true;
     }
@@ -126,7 +125,7 @@ bool ParseObject(TokenReader& tokens, Attribute& value) {
     return true;
 }
 
-void ParseValue(AttributeStore& store, TokenReader& tokens) {
+void ParseValue(AttributeStore& store, StatementTokens& tokens) {
     std::string_view token;
     if (!NextOfKind(tokens, TokenKind::Quoted, token) || store.IsNameRejected(Unquoted(token))) {
         return;
@@ -225,7 +224,7 @@ void AppendLine(std::string& lines, const std::string& line) {
 }  // namespace
 
 void ParseAttributeStatement(AttributeStore& store, std::string_view statement) {
-    TokenReader tokens(statement, kDelimiters);
+    StatementTokens tokens(statement);
     std::string_view keyword;
     tokens.Next(keyword);
     if (keyword == kAttributeDefinitionKeyword) {

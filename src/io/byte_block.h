@@ -1,10 +1,12 @@
 // Sixteen characters looked at in one go. The answers have one bit for each, that of the first character lowest.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 #if defined(__SSE2__) || defined(_M_X64)
 #define TABRIN_HAS_SSE2
@@ -113,6 +115,24 @@ constexpr size_t FirstMarked(uint32_t marks) {
 // The index behind the last byte that has a mark; 0 where there is none.
 constexpr size_t BehindLastMarked(uint32_t marks) {
     return static_cast<size_t>(std::bit_width(marks));
+}
+
+// What `test` answers for the blocks of up to 64 characters, put together.
+template <typename Test>
+uint64_t MarksOf(std::string_view text, Test test) {
+    constexpr size_t kSize = ByteBlock::kSize;
+    if (text.size() < kSize) {
+        char padded[kSize] = {};
+        std::copy(text.begin(), text.end(), padded);
+        return test(ByteBlock(padded)) & ((uint32_t{1} << text.size()) - 1);
+    }
+    // The last block ends with the text, whatever of it the one before has seen too.
+    const size_t last = text.size() - kSize;
+    uint64_t marks = uint64_t{test(ByteBlock(text.data() + last))} << last;
+    for (size_t i = 0; i < last; i += kSize) {
+        marks |= uint64_t{test(ByteBlock(text.data() + i))} << i;
+    }
+    return marks;
 }
 
 }  // namespace tabrin

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace tabrin {
@@ -15,6 +17,15 @@ public:
     }
 
     [[nodiscard]] constexpr bool Has(char c) const { return has_[static_cast<unsigned char>(c)]; }
+
+    // The members among up to 64 characters: one bit for each, that of the first character lowest.
+    [[nodiscard]] constexpr uint64_t MarksOf(std::string_view text) const {
+        uint64_t marks = 0;
+        for (size_t i = 0; i < text.size(); ++i) {
+            marks |= uint64_t{Has(text[i])} << i;
+        }
+        return marks;
+    }
 
 private:
     std::array<bool, 256> has_{};

@@ -1,41 +1,43 @@
 #include "io/token_reader.h"
 
+#include <algorithm>
+
 #include "io/text_number.h"
-#include "io/text_scan.h"
 
 namespace tabrin {
 
-bool TokenReader::Next(std::string_view& token) {
-    size_t start = 0;
-    size_t end = 0;
-    if (!NextPiece(start, end)) {
-        token = {};
-        return false;
+// What stands behind the text counts as a delimiter.
+template <typename Delimiters>
+void TokenReader<Delimiters>::LookFrom(size_t position) {
+    const std::string_view ahead = text_.substr(position, kWindow);
+    uint64_t marks = delimiters_.MarksOf(ahead);
+    if (ahead.size() < kWindow) {
+        marks |= ~uint64_t{0} << ahead.size();
     }
-    token = text_.substr(start, end - start);
-    if (token.front() == '"' && token.back() != '"') {
-        token = RunToClosingQuote(start, end);
-    }
-    return true;
+    window_ = position;
+    edges_ = marks ^ (marks << 1U | 1U);
 }
 
-bool TokenReader::NextPiece(size_t& start, size_t& end) {
-    const std::string_view text = text_;
-    const CharSet& delimiters = delimiters_;
-    size_t position = position_;
-    while (position < text.size() && delimiters.Has(text[position])) {
+// No piece is left that ends in the window. One may begin in it.
+template <typename Delimiters>
+bool TokenReader<Delimiters>::NextPieceBeyond(size_t& start, size_t& end) {
+    const size_t offset = edges_ != 0 ? static_cast<size_t>(std::countr_zero(edges_)) : kWindow;
+    size_t position = std::min(window_ + offset, text_.size());
+    while (position < text_.size() && delimiters_.Has(text_[position])) {
         ++position;
     }
     start = position;
-    while (position < text.size() && !delimiters.Has(text[position])) {
+    while (position < text_.size() && !delimiters_.Has(text_[position])) {
         ++position;
     }
-    end = position_ = position;
+    end = position;
+    LookFrom(position);
     return start != end;
 }
 
 // Usually all delimiters in the run are single spaces: then the token is simply a stretch of the text.
-std::string_view TokenReader::RunToClosingQuote(size_t start, size_t end) {
+template <typename Delimiters>
+std::string_view TokenReader<Delimiters>::RunToClosingQuote(size_t start, size_t end) {
     std::string* joined = nullptr;
     const size_t runStart = start;
     size_t runEnd = end;
@@ -55,10 +57,12 @@ std::string_view TokenReader::RunToClosingQuote(size_t start, size_t end) {
     return joined != nullptr ? std::string_view(*joined) : text_.substr(runStart, runEnd - runStart);
 }
 
+template class TokenReader<StatementDelimiters>;
+template class TokenReader<CharSet>;
+
 std::vector<std::string> SplitTokens(std::string_view text, std::string_view delimiters) {
     std::vector<std::string> tokens;
-    const CharSet set(delimiters);
-    TokenReader reader(text, set);
+    TokenReader reader(text, CharSet(delimiters));
     for (std::string_view token; reader.Next(token);) {
         tokens.emplace_back(token);
     }
@@ -91,10 +95,7 @@ std::vector<TokenKind> ClassifyTokens(const std::vector<std::string>& tokens) {
     return kinds;
 }
 
-std::string_view Unquoted(std::string_view token) {
-    if (token.size() > 1 && token.front() == '"' && token.back() == '"') {
-        return token.substr(1, token.size() - 2);
-    }
+std::string_view TextBetweenQuotes(std::string_view token) {
     const size_t first = token.find('"');
     const size_t last = token.rfind('"');
     if (first == kNpos || last == first) {

@@ -71,6 +71,21 @@ TYPED_TEST(ByteBlocks, MarkEveryByteInEveryPlace) {
     }
 }
 
+TYPED_TEST(ByteBlocks, MarkOneByteInEveryPlace) {
+    for (int byte = 0; byte < 256; ++byte) {
+        for (size_t place = 0; place < kSize; ++place) {
+            const char c = static_cast<char>(byte);
+            const char other = static_cast<char>(byte ^ 0x80);
+            const uint32_t here = 1U << place;
+            std::array<char, kSize> text;
+            text.fill(other);
+            text[place] = c;
+            ASSERT_EQ(TypeParam(text.data()).Equal(c), here) << byte << " in place " << place;
+            ASSERT_EQ(TypeParam(text.data()).Equal(other), 0xFFFFU - here) << byte << " in place " << place;
+        }
+    }
+}
+
 TYPED_TEST(ByteBlocks, MarkWhatIsBeyondAsciiInEveryPlace) {
     for (int byte = 0; byte < 256; ++byte) {
         for (size_t place = 0; place < kSize; ++place) {
@@ -141,6 +156,22 @@ TEST(ByteBlock, BothKindsAgreeOnRandomBytes) {
 }
 #endif
 
+// Of every length, in memory that ends there. No byte behind the text counts, though a zero is asked for.
+TEST(ByteBlock, MarksOfUpToSixtyFourCharactersArePutTogether) {
+    for (size_t size = 0; size <= 64; ++size) {
+        SCOPED_TRACE(size);
+        const std::vector<char> zeros(size, '\0');
+        const auto isZero = [](ByteBlock block) { return block.Equal('\0'); };
+        const uint64_t all = size == 64 ? ~uint64_t{0} : (uint64_t{1} << size) - 1;
+        EXPECT_EQ(MarksOf({zeros.data(), size}, isZero), all);
+        for (size_t place = 0; place < size; ++place) {
+            std::vector<char> text(size, 'a');
+            text[place] = '\0';
+            EXPECT_EQ(MarksOf({text.data(), size}, isZero), uint64_t{1} << place) << "in place " << place;
+        }
+    }
+}
+
 TEST(ByteBlock, FirstMarkIsTheLowest) {
     for (size_t place = 0; place < kSize; ++place) {
         SCOPED_TRACE(place);
@@ -166,6 +197,14 @@ TEST(CharSet, HasItsMembersOnly) {
     for (int byte = 0; byte < 256; ++byte) {
         EXPECT_EQ(set.Has(static_cast<char>(byte)), byte == 0x20 || byte == 0x3B || byte == 0xFF) << byte;
     }
+}
+
+TEST(CharSet, MarksItsMembers) {
+    constexpr CharSet set(" ;\xFF");
+    EXPECT_EQ(set.MarksOf(""), 0U);
+    EXPECT_EQ(set.MarksOf("a b;\xFF"), 0x1AU);
+    EXPECT_EQ(set.MarksOf(std::string(63, 'a') + " "), uint64_t{1} << 63);
+    EXPECT_EQ(set.MarksOf(std::string(64, ';')), ~uint64_t{0});
 }
 
 }  // namespace

@@ -39,21 +39,41 @@ Texts Joined(const Texts& pieces) {
     return tokens;
 }
 
+Texts StatementTokens(std::string_view text) {
+    Texts tokens;
+    TokenReader<StatementDelimiters> reader(text);
+    for (std::string_view token; reader.Next(token);) {
+        tokens.emplace_back(token);
+    }
+    return tokens;
+}
+
+std::string RandomText(Random& random, std::string_view alphabet, size_t mostCharacters) {
+    std::string text;
+    for (size_t size = random.Below(mostCharacters); size > 0; --size) {
+        text += alphabet[random.Below(alphabet.size())];
+    }
+    return text;
+}
+
 TEST(TokenReader, AgreesWithThePlainRuleOnRandomTexts) {
-    constexpr std::string_view kAlphabet = "\"\"\"ab1  ;,\t\n";
+    // Many delimiters and quotes, or long pieces.
+    constexpr std::string_view kAlphabets[] = {"\"\"\"ab1  ;,\t\n", "\"abcdefghijklmnopqrstuvwxyz0123456789 ;"};
+    constexpr std::string_view kDelimiters = " \f\n\r\t\v;,";
     Random random(11);
     size_t joinedTexts = 0;
     for (int round = 0; round < 50000; ++round) {
-        std::string text;
-        for (size_t size = random.Below(24); size > 0; --size) {
-            text += kAlphabet[random.Below(kAlphabet.size())];
-        }
+        const bool isLong = round % 5 == 0;
+        const std::string text = RandomText(random, kAlphabets[random.Below(2)], isLong ? 300 : 24);
         SCOPED_TRACE(Shown(text));
-        for (const char* delimiters : {" ", " \f\n\r\t\v;,"}) {
-            const Texts pieces = Pieces(text, delimiters);
+        for (const std::string_view delimiters : {std::string_view(" "), kDelimiters}) {
+            const Texts pieces = Pieces(text, std::string(delimiters));
             const Texts expected = Joined(pieces);
             joinedTexts += expected.size() < pieces.size() ? 1 : 0;
             ASSERT_EQ(SplitTokens(text, delimiters), expected) << "at " << Shown(delimiters);
+            if (delimiters == kDelimiters) {
+                ASSERT_EQ(StatementTokens(text), expected);
+            }
         }
     }
     EXPECT_GT(joinedTexts, 10000U);

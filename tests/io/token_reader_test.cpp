@@ -7,6 +7,16 @@ namespace {
 
 using Tokens = std::vector<std::string>;
 
+template <typename Delimiters>
+Tokens AllTokens(std::string_view text, const Delimiters& delimiters) {
+    Tokens tokens;
+    TokenReader<Delimiters> reader(text, delimiters);
+    for (std::string_view token; reader.Next(token);) {
+        tokens.emplace_back(token);
+    }
+    return tokens;
+}
+
 struct SplitRow {
     std::string_view text;
     std::string_view delimiters;
@@ -116,7 +126,7 @@ TEST(TokenReader, TokensLiveAsLongAsTheReader) {
     for (int i = 0; i < 100; ++i) {
         text += "\"x   " + std::to_string(i) + "\" ";
     }
-    TokenReader reader(text, blank);
+    TokenReader reader(text, CharSet(" "));
     std::vector<std::string_view> tokens;
     for (std::string_view token; reader.Next(token);) {
         tokens.push_back(token);
