@@ -1,6 +1,7 @@
 #include "dbc/attribute_statements.h"
 
 #include <array>
+#include <limits>
 #include <memory>
 #include <string>
 #include <utility>
@@ -101,44 +102,85 @@ void ParseDefault(AttributeStore& store, StatementTokens& tokens) {
     store.SetDefaults(Unquoted(name), value);
 }
 
-// Nothing for the network, "BO_ <id>" or "SG_ <id> <signal>". An identifier out of range is 0.
-bool ParseObject(StatementTokens& tokens, Attribute& value) {
-    if (value.objectType == AttributeObjectType::General) {
-        return true;
-    }
-    const bool isMessage = value.objectType == AttributeObjectType::Message;
-    std::string_view token;
-    if (!tokens.Next(token) || token != (isMessage ? kMessageKeyword : kSignalKeyword)) {
+// A token that is a number. Nearly always it is digits and nothing else, and then it has been read already.
+struct NumberToken {
+    std::string_view text;
+    bool isPlain = false;
+    uint64_t plainValue = 0;
+};
+
+bool NextNumber(StatementTokens& tokens, NumberToken& number) {
+    constexpr size_t kMostDigits = 18;  // that no number of 64 bits is too small for
+    if (!tokens.Next(number.text)) {
         return false;
     }
-    if (!NextOfKind(tokens, TokenKind::Number, token)) {
+    std::string_view rest = number.text;
+    const size_t count = TakeDigits(rest, number.plainValue);
+    number.isPlain = count != 0 && count <= kMostDigits && rest.empty();
+    return number.isPlain || ClassifyToken(number.text) == TokenKind::Number;
+}
+
+// An identifier out of range is 0.
+bool ParseObjectId(StatementTokens& tokens, uint32_t& id) {
+    NumberToken number;
+    if (!NextNumber(tokens, number)) {
         return false;
     }
-    ToU32(token, value.objectId);
-    if (isMessage) {
-        return true;
+    if (number.isPlain) {
+        id = number.plainValue <= std::numeric_limits<uint32_t>::max() ? static_cast<uint32_t>(number.plainValue) : 0;
+    } else {
+        ToU32(number.text, id);
     }
-    if (!NextOfKind(tokens, TokenKind::Word, token)) {
-        return false;
-    }
-    value.signalName = token;
     return true;
+}
+
+// Nothing for the network, "BO_ <id>" or "SG_ <id> <signal>".
+bool ParseObject(StatementTokens& tokens, AttributeValue& value) {
+    const AttributeObjectType objectType = value.definition->objectType;
+    if (objectType == AttributeObjectType::General) {
+        return true;
+    }
+    std::string_view keyword;
+    tokens.Next(keyword);
+    if (objectType == AttributeObjectType::Message) {
+        return keyword == kMessageKeyword && ParseObjectId(tokens, value.objectId);
+    }
+    return keyword == kSignalKeyword && ParseObjectId(tokens, value.objectId) &&
+           NextOfKind(tokens, TokenKind::Word, value.signalName);
+}
+
+bool ParseNumber(StatementTokens& tokens, AttributeValue& value) {
+    NumberToken number;
+    if (!NextNumber(tokens, number)) {
+        return false;
+    }
+    constexpr auto kMost = static_cast<uint64_t>(std::numeric_limits<int32_t>::max());
+    if (number.isPlain && number.plainValue <= kMost) {
+        value.number = static_cast<int32_t>(number.plainValue);
+        if (value.definition->Accepts(value.number)) {
+            return true;
+        }
+    }
+    return SetValueFromText(value, number.text);
+}
+
+bool ParseText(StatementTokens& tokens, AttributeValue& value) {
+    std::string_view token;
+    return NextOfKind(tokens, TokenKind::Quoted, token) && SetValueFromText(value, token);
 }
 
 void ParseValue(AttributeStore& store, StatementTokens& tokens) {
     std::string_view token;
-    if (!NextOfKind(tokens, TokenKind::Quoted, token) || store.IsNameRejected(Unquoted(token))) {
+    if (!NextOfKind(tokens, TokenKind::Quoted, token)) {
         return;
     }
-    const Attribute* definition = store.FindDefinitionForValue(Unquoted(token));
-    if (definition == nullptr) {
+    AttributeValue value{store.FindDefinitionForValue(Unquoted(token))};
+    if (value.definition == nullptr || !ParseObject(tokens, value)) {
         return;
     }
-    Attribute value = *definition;
-    const bool isString = value.valueType == AttributeValueType::String;
-    if (ParseObject(tokens, value) && NextOfKind(tokens, isString ? TokenKind::Quoted : TokenKind::Number, token) &&
-        SetValueFromText(value, token)) {
-        store.AddValue(value, *definition);
+    const bool isText = value.definition->valueType == AttributeValueType::String;
+    if (isText ? ParseText(tokens, value) : ParseNumber(tokens, value)) {
+        store.AddValue(value);
     }
 }
 
@@ -227,12 +269,12 @@ void ParseAttributeStatement(AttributeStore& store, std::string_view statement) 
     StatementTokens tokens(statement);
     std::string_view keyword;
     tokens.Next(keyword);
-    if (keyword == kAttributeDefinitionKeyword) {
+    if (keyword == kAttributeValueKeyword) {
+        ParseValue(store, tokens);
+    } else if (keyword == kAttributeDefinitionKeyword) {
         ParseDefinition(store, tokens);
     } else if (keyword == kAttributeDefaultKeyword) {
         ParseDefault(store, tokens);
-    } else if (keyword == kAttributeValueKeyword) {
-        ParseValue(store, tokens);
     }
 }
 

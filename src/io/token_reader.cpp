@@ -70,12 +70,6 @@ std::vector<std::string> SplitTokens(std::string_view text, std::string_view del
 }
 
 TokenKind ClassifyToken(std::string_view token) {
-    constexpr size_t kSurelyInRange = 18;
-    uint64_t digits = 0;
-    std::string_view rest = token;
-    if (TakeDigits(rest, digits) != 0 && rest.empty() && token.size() <= kSurelyInRange) {
-        return TokenKind::Number;
-    }
     if (!Unquoted(token).empty()) {
         return TokenKind::Quoted;
     }
@@ -97,11 +91,11 @@ std::vector<TokenKind> ClassifyTokens(const std::vector<std::string>& tokens) {
 
 std::string_view TextBetweenQuotes(std::string_view token) {
     const size_t first = token.find('"');
-    const size_t last = token.rfind('"');
-    if (first == kNpos || last == first) {
+    if (first == kNpos) {
         return {};
     }
-    return token.substr(first + 1, last - first - 1);
+    const size_t last = token.rfind('"');
+    return last != first ? token.substr(first + 1, last - first - 1) : std::string_view();
 }
 
 }  // namespace tabrin

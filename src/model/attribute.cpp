@@ -11,28 +11,13 @@ namespace tabrin {
 
 namespace {
 
-bool SetIntFromNumber(Attribute& attribute, int32_t number) {
-    if (number < attribute.minimum || number > attribute.maximum) {
+bool SetEnumFromName(AttributeValue& value, std::string_view name) {
+    const EnumValues& names = value.definition->EnumList();
+    const size_t index = names.IndexOf(name);
+    if (index == names.size()) {
         return false;
     }
-    attribute.intValue = number;
-    return true;
-}
-
-bool SetEnumFromNumber(Attribute& attribute, int32_t number) {
-    if (number < 0 || static_cast<size_t>(number) >= attribute.EnumList().size()) {
-        return false;
-    }
-    attribute.enumIndex = number;
-    return true;
-}
-
-bool SetEnumFromName(Attribute& attribute, std::string_view name) {
-    const size_t index = attribute.EnumList().IndexOf(name);
-    if (index == attribute.EnumList().size()) {
-        return false;
-    }
-    attribute.enumIndex = static_cast<int32_t>(index);
+    value.number = static_cast<int32_t>(index);
     return true;
 }
 
@@ -54,28 +39,48 @@ const Attribute::EnumValues& Attribute::EnumList() const {
     return enumValues ? *enumValues : kNone;
 }
 
-const std::string* Attribute::EnumText() const {
-    if (enumIndex < 0 || static_cast<size_t>(enumIndex) >= EnumList().size()) {
+const std::string* Attribute::EnumTextAt(int32_t index) const {
+    if (index < 0 || static_cast<size_t>(index) >= EnumList().size()) {
         return nullptr;
     }
-    return &EnumList()[static_cast<size_t>(enumIndex)];
+    return &EnumList()[static_cast<size_t>(index)];
 }
 
-bool SetValueFromText(Attribute& attribute, std::string_view text) {
-    int32_t number = 0;
-    if (attribute.valueType == AttributeValueType::Int) {
-        return ToI32(text, number) && SetIntFromNumber(attribute, number);
+bool Attribute::Accepts(int32_t number) const {
+    if (valueType == AttributeValueType::Int) {
+        return minimum <= number && number <= maximum;
     }
-    if (attribute.valueType == AttributeValueType::Enum) {
-        // A number outside the list leaves the name, if there is one behind it.
-        return (ToI32(text, number) && SetEnumFromNumber(attribute, number)) ||
-               SetEnumFromName(attribute, Unquoted(text));
-    }
-    if (attribute.valueType == AttributeValueType::String) {
-        attribute.stringValue = Unquoted(text);
+    return valueType == AttributeValueType::Enum && EnumTextAt(number) != nullptr;
+}
+
+bool SetValueFromText(AttributeValue& value, std::string_view token) {
+    const AttributeValueType valueType = value.definition->valueType;
+    if (valueType == AttributeValueType::String) {
+        value.text = Unquoted(token);
         return true;
     }
-    return false;
+    int32_t number = 0;
+    if (ToI32(token, number) && value.definition->Accepts(number)) {
+        value.number = number;
+        return true;
+    }
+    // A number outside the list leaves the name, if there is one behind it.
+    return valueType == AttributeValueType::Enum && SetEnumFromName(value, Unquoted(token));
+}
+
+bool SetValueFromText(Attribute& attribute, std::string_view token) {
+    AttributeValue value{&attribute};
+    if (!SetValueFromText(value, token)) {
+        return false;
+    }
+    if (attribute.valueType == AttributeValueType::Int) {
+        attribute.intValue = value.number;
+    } else if (attribute.valueType == AttributeValueType::Enum) {
+        attribute.enumIndex = value.number;
+    } else {
+        attribute.stringValue = value.text;
+    }
+    return true;
 }
 
 }  // namespace tabrin

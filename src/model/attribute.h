@@ -56,13 +56,27 @@ struct Attribute {
     std::string_view stringValue;
 
     [[nodiscard]] const EnumValues& EnumList() const;
-    // The name of the enumeration value at enumIndex; nullptr when the index is outside the list.
-    [[nodiscard]] const std::string* EnumText() const;
+    // The name of the enumeration value at an index, or at enumIndex; nullptr when that is outside the list.
+    [[nodiscard]] const std::string* EnumTextAt(int32_t index) const;
+    [[nodiscard]] const std::string* EnumText() const { return EnumTextAt(enumIndex); }
+    // Whether a number is within the range of an Int or the index of a name of an Enum.
+    [[nodiscard]] bool Accepts(int32_t number) const;
 };
 
-// Sets the value of an attribute from one token of a statement: a number within the range, an index or a quoted name
-// from the list, a quoted text. False, with the attribute unchanged, when the token does not fit. Text behind a number
-// is ignored; a token without quotes sets an empty string. A text stays a view into the token.
-bool SetValueFromText(Attribute& attribute, std::string_view text);
+// What a value has for itself; the rest is in its definition. A file holds many more values than of anything else here.
+struct AttributeValue {
+    const Attribute* definition = nullptr;
+    uint32_t objectId = 0;
+    int32_t number = 0;  // the value of an Int, the index of an Enum
+    std::string_view signalName{};
+    std::string_view text{};  // the value of a String
+};
+
+// Takes the value from one token of a statement: a number within the range, an index or a quoted name from the list, a
+// quoted text. False, with nothing changed, when the token does not fit the definition. Text behind a number is
+// ignored; a token without quotes gives an empty string. A text stays a view into the token.
+bool SetValueFromText(AttributeValue& value, std::string_view token);
+// The same for the value that the attribute holds itself.
+bool SetValueFromText(Attribute& attribute, std::string_view token);
 
 }  // namespace tabrin

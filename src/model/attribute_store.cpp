@@ -39,8 +39,9 @@ void AttributeStore::Clear(std::span<const std::string_view> nameFilter) {
 // Fresh containers, not emptied ones, so that the memory of a large file goes back.
 void AttributeStore::Clear() {
     definitions_ = Sequence();
-    values_ = std::vector<Value>();
+    values_ = std::vector<AttributeValue>();
     unbound_ = Sequence();
+    boundByLength_ = {};
     arena_.Clear();
 }
 
@@ -59,7 +60,7 @@ const Attribute* AttributeStore::FindDefinition(const Attribute& probe, Attribut
 
 // Seldom asked for: what applies values to objects walks them all.
 std::optional<Attribute> AttributeStore::FindValue(const Attribute& probe, AttributeValueType valueType) const {
-    for (const Value& value : values_) {
+    for (const AttributeValue& value : values_) {
         if (value.objectId == probe.objectId && value.signalName == probe.signalName &&
             IsOfKind(*value.definition, probe, valueType)) {
             return Whole(value);
@@ -68,7 +69,22 @@ std::optional<Attribute> AttributeStore::FindValue(const Attribute& probe, Attri
     return std::nullopt;
 }
 
-const Attribute* AttributeStore::FindDefinitionForValue(std::string_view name) const {
+const Attribute* AttributeStore::FindDefinitionForValue(std::string_view name) {
+    const Attribute*& last = boundByLength_[name.size() % boundByLength_.size()];
+    if (last != nullptr && last->name == name) {
+        return last;
+    }
+    if (const Attribute* definition = LookUpDefinitionForValue(name); definition != nullptr) {
+        last = definition;
+        return definition;
+    }
+    return nullptr;
+}
+
+const Attribute* AttributeStore::LookUpDefinitionForValue(std::string_view name) const {
+    if (IsNameRejected(name)) {
+        return nullptr;
+    }
     const Attribute* first = nullptr;
     for (const std::shared_ptr<Attribute>& definition : definitions_) {
         if (definition->name == name && (first == nullptr || IsFoundBefore(*definition, *first))) {
@@ -81,26 +97,27 @@ const Attribute* AttributeStore::FindDefinitionForValue(std::string_view name) c
 void AttributeStore::AddDefinition(const Attribute& attribute) {
     if (FindDefinition(attribute, attribute.valueType) == nullptr) {
         definitions_.push_back(Kept(attribute));
+        boundByLength_ = {};
     }
 }
 
 void AttributeStore::AddValue(const Attribute& attribute) {
-    unbound_.push_back(Kept(attribute));
-    AddValue(attribute, *unbound_.back());
+    const std::shared_ptr<Attribute>& definition = unbound_.emplace_back(Kept(attribute));
+    const int32_t number = attribute.valueType == AttributeValueType::Enum ? attribute.enumIndex : attribute.intValue;
+    values_.push_back({definition.get(), attribute.objectId, number, definition->signalName, definition->stringValue});
 }
 
 // One that is to be dropped stays behind the first of its key, which everybody finds before.
-void AttributeStore::AddValue(const Attribute& attribute, const Attribute& definition) {
-    const int32_t number = attribute.valueType == AttributeValueType::Enum ? attribute.enumIndex : attribute.intValue;
-    values_.push_back({&definition, attribute.objectId, number, arena_.Keep(attribute.signalName),
-                       arena_.Keep(attribute.stringValue)});
+void AttributeStore::AddValue(const AttributeValue& value) {
+    values_.push_back(
+        {value.definition, value.objectId, value.number, arena_.Keep(value.signalName), arena_.Keep(value.text)});
 }
 
 std::vector<Attribute> AttributeStore::Values() const {
     std::vector<Attribute> values;
     std::set<decltype(KeyOf(values.front()))> keys;
     values.reserve(values_.size());
-    for (const Value& value : values_) {
+    for (const AttributeValue& value : values_) {
         values.push_back(Whole(value));
         if (!keys.insert(KeyOf(values.back())).second) {
             values.pop_back();
@@ -109,11 +126,11 @@ std::vector<Attribute> AttributeStore::Values() const {
     return values;
 }
 
-Attribute AttributeStore::Whole(const Value& value) {
+Attribute AttributeStore::Whole(const AttributeValue& value) {
     Attribute attribute = *value.definition;
     attribute.objectId = value.objectId;
     attribute.signalName = value.signalName;
-    attribute.stringValue = value.stringValue;
+    attribute.stringValue = value.text;
     const bool isEnum = attribute.valueType == AttributeValueType::Enum;
     attribute.enumIndex = isEnum ? value.number : 0;
     attribute.intValue = isEnum ? 0 : value.number;

@@ -1,6 +1,7 @@
 // The working store of attributes: filled while a file is read or prepared for writing, empty otherwise.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -31,15 +32,15 @@ public:
 
     // The definition that a value of this name binds to. The network comes first: where a name is defined for the
     // network and for messages too, its values bind to the network definition, which their statements then do not fit.
-    // Within an object type the order is Int, String, Enum.
-    [[nodiscard]] const Attribute* FindDefinitionForValue(std::string_view name) const;
+    // Within an object type the order is Int, String, Enum. nullptr for a rejected name too.
+    [[nodiscard]] const Attribute* FindDefinitionForValue(std::string_view name);
 
     // The first definition or value of a key counts; a later one is dropped, or found by nobody. The key is the name,
     // the value type and the object: for a definition its type, for a value also the message and the signal.
     void AddDefinition(const Attribute& attribute);
     void AddValue(const Attribute& attribute);
-    // The same for a value that was made from this definition of the store.
-    void AddValue(const Attribute& attribute, const Attribute& definition);
+    // The same for a value whose definition is one of the store.
+    void AddValue(const AttributeValue& value);
 
     // Sets the default of every definition of that name, whatever its object and value type. One that the text does not
     // fit keeps its default.
@@ -53,31 +54,26 @@ public:
     // to pass over them.
     template <typename Use>
     void ForEachValue(Use use) const {
-        for (const Value& value : values_) {
-            use(Whole(value));
+        for (const AttributeValue& value : values_) {
+            use(value);
         }
     }
 
 private:
-    // What a value has for itself. A file holds many more of them than of anything else here.
-    struct Value {
-        const Attribute* definition;
-        uint32_t objectId;
-        int32_t number;  // the value of an Int, the index of an Enum
-        std::string_view signalName;
-        std::string_view stringValue;
-    };
-
-    static Attribute Whole(const Value& value);
+    static Attribute Whole(const AttributeValue& value);
     std::shared_ptr<Attribute> Kept(const Attribute& attribute);
+    [[nodiscard]] const Attribute* LookUpDefinitionForValue(std::string_view name) const;
 
     Arena arena_;  // of the attributes and their texts
     // Few, since in reading only known names are accepted (nine, of three object and three value types each) and in
     // writing there are four: looked through from the front.
     Sequence definitions_;
     Sequence unbound_;  // serve as definitions of values that were not made from one
-    std::vector<Value> values_;
+    std::vector<AttributeValue> values_;
     std::span<const std::string_view> nameFilter_;
+    // What values were last found to bind to. Files give the values object by object or attribute by attribute, so that
+    // the same few names come again and again; their lengths tell them apart.
+    std::array<const Attribute*, 32> boundByLength_{};
 };
 
 }  // namespace tabrin

@@ -203,6 +203,41 @@ TEST(AttributeDefinitions, AddedLaterDoNotComeFirstForValues) {
     EXPECT_EQ(found->valueType, Type::Int);
 }
 
+// Whatever was found before, also by another name of the same length.
+TEST(AttributeDefinitions, AddedLaterAreFoundForValues) {
+    AttributeStore store;
+    store.AddDefinition(MakeAttribute("Name", Object::Signal, Type::Int));
+    const Attribute* signal = store.FindDefinitionForValue("Name");
+    ASSERT_NE(signal, nullptr);
+    EXPECT_EQ(signal->objectType, Object::Signal);
+    EXPECT_EQ(store.FindDefinitionForValue("Nama"), nullptr);
+    store.AddDefinition(MakeAttribute("Nama", Object::Signal, Type::Int));
+    store.AddDefinition(MakeAttribute("Name", Object::Message, Type::Int));
+    const Attribute* message = store.FindDefinitionForValue("Name");
+    ASSERT_NE(message, nullptr);
+    EXPECT_EQ(message->objectType, Object::Message);
+    const Attribute* other = store.FindDefinitionForValue("Nama");
+    ASSERT_NE(other, nullptr);
+    EXPECT_EQ(other->name, "Nama");
+    EXPECT_EQ(store.FindDefinitionForValue("Name"), message);
+    EXPECT_EQ(store.FindDefinitionForValue("Nam"), nullptr);
+    EXPECT_EQ(store.FindDefinitionForValue(std::string(32, 'x') + "Name"), nullptr);
+    store.Clear();
+    EXPECT_EQ(store.FindDefinitionForValue("Name"), nullptr);
+}
+
+TEST(AttributeDefinitions, OfRejectedNamesAreNotFoundForValues) {
+    static constexpr std::array<std::string_view, 1> kNames = {"First"};
+    AttributeStore store;
+    store.Clear(kNames);
+    store.AddDefinition(MakeAttribute("First", Object::General, Type::Int));
+    store.AddDefinition(MakeAttribute("Other", Object::General, Type::Int));
+    for (int time = 0; time < 2; ++time) {
+        EXPECT_NE(store.FindDefinitionForValue("First"), nullptr);
+        EXPECT_EQ(store.FindDefinitionForValue("Other"), nullptr);
+    }
+}
+
 TEST(AttributeDefinitions, AreCopies) {
     AttributeStore store;
     Attribute attribute = IntValue("Name", Object::General, 0, "", 5);
@@ -325,6 +360,43 @@ TEST(AttributeValues, AreFoundAmongMany) {
         EXPECT_EQ(found->intValue, static_cast<int32_t>(id) + 'B');
     }
     EXPECT_FALSE(store.FindValue(IntValue("Name", Object::Signal, 1000, "B", 0), Type::Int).has_value());
+}
+
+TEST(AttributeValues, OfADefinitionHaveTheRestFromIt) {
+    AttributeStore store;
+    Attribute number = IntValue("Number", Object::Signal, 0, "", 7);
+    store.AddDefinition(number);
+    Attribute choice = MakeAttribute("Choice", Object::Message, Type::Enum);
+    choice.enumValues = EnumList({"A", "B"});
+    store.AddDefinition(choice);
+    store.AddDefinition(MakeAttribute("Text", Object::Message, Type::String));
+    std::string name = "Speed";
+    std::string text = "old";
+    store.AddValue({store.FindDefinitionForValue("Number"), 100, 5, name, {}});
+    store.AddValue({store.FindDefinitionForValue("Choice"), 100, 1, {}, {}});
+    store.AddValue({store.FindDefinitionForValue("Text"), 100, 0, {}, text});
+    store.AddValue({store.FindDefinitionForValue("Text"), 100, 0, {}, "later"});
+    name.assign("Other");
+    text.assign("new");
+    EXPECT_EQ(AttributeTexts(store.Values()),
+              (Texts{"Signal Int Number 0..100 id=100 signal=Speed int=5", "Message Enum Choice {A|B} id=100 index=1",
+                     "Message String Text id=100 text=[old]"}));
+}
+
+TEST(AttributeValues, AreVisitedWithTheLaterOnesOfAKey) {
+    AttributeStore store;
+    store.AddDefinition(IntValue("Name", Object::Message, 0, "", 0));
+    const Attribute* definition = store.FindDefinitionForValue("Name");
+    for (int32_t number = 0; number < 1000; ++number) {
+        store.AddValue({definition, 100, number, {}, {}});
+    }
+    int32_t expected = 0;
+    store.ForEachValue([&](const AttributeValue& value) {
+        EXPECT_EQ(value.definition, definition);
+        EXPECT_EQ(value.objectId, 100U);
+        EXPECT_EQ(value.number, expected++);
+    });
+    EXPECT_EQ(expected, 1000);
 }
 
 TEST(AttributeValues, AreNoDefinitions) {

@@ -83,12 +83,71 @@ TEST(Attribute, EnumTextIsTheNameAtTheIndex) {
         if (text != nullptr && row.expected != nullptr) {
             EXPECT_EQ(*text, row.expected);
         }
+        attribute.enumIndex = 77;
+        EXPECT_EQ(attribute.EnumTextAt(row.index), text);
     }
 }
 
 TEST(Attribute, EnumTextWithoutAListIsNone) {
     const Attribute attribute = MakeAttribute("Name", AttributeObjectType::General, AttributeValueType::Enum);
     EXPECT_EQ(attribute.EnumText(), nullptr);
+}
+
+TEST(Attribute, AcceptsTheNumbersOfItsType) {
+    Attribute number = MakeAttribute("Name", AttributeObjectType::General, AttributeValueType::Int);
+    number.minimum = -2;
+    number.maximum = 3;
+    Attribute choice = MakeAttribute("Name", AttributeObjectType::General, AttributeValueType::Enum);
+    choice.enumValues = EnumList({"A", "B"});
+    const Attribute text = MakeAttribute("Name", AttributeObjectType::General, AttributeValueType::String);
+    const Attribute none = MakeAttribute("Name", AttributeObjectType::General, AttributeValueType::Unsupported);
+    const struct {
+        int32_t number;
+        bool isInRange;
+        bool isIndex;
+    } rows[] = {{kLeast, false, false}, {-3, false, false},   {-2, true, false}, {-1, true, false},
+                {0, true, true},        {1, true, true},      {2, true, false},  {3, true, false},
+                {4, false, false},      {kMost, false, false}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.number);
+        EXPECT_EQ(number.Accepts(row.number), row.isInRange);
+        EXPECT_EQ(choice.Accepts(row.number), row.isIndex);
+        EXPECT_FALSE(text.Accepts(row.number));
+        EXPECT_FALSE(none.Accepts(row.number));
+    }
+}
+
+// What stands in the value stays where the token is refused, and the definition stays anyway.
+TEST(AttributeValueFromText, ValueTakesWhatItsDefinitionFits) {
+    const struct {
+        AttributeValueType valueType;
+        const char* token;
+        bool taken;
+        int32_t number;
+        const char* text;
+    } rows[] = {
+        {AttributeValueType::Int, "9", true, 9, "old"},           {AttributeValueType::Int, "10", false, 77, "old"},
+        {AttributeValueType::Int, "\"9\"", false, 77, "old"},     {AttributeValueType::Enum, "1", true, 1, "old"},
+        {AttributeValueType::Enum, "2", false, 77, "old"},        {AttributeValueType::Enum, "\"B\"", true, 1, "old"},
+        {AttributeValueType::Enum, "2\"B\"", true, 1, "old"},     {AttributeValueType::Enum, "\"C\"", false, 77, "old"},
+        {AttributeValueType::String, "\"B\"", true, 77, "B"},     {AttributeValueType::String, "5", true, 77, ""},
+        {AttributeValueType::Unsupported, "5", false, 77, "old"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << Shown(row.token) << ", type " << static_cast<uint32_t>(row.valueType));
+        Attribute definition = MakeAttribute("Name", AttributeObjectType::Message, row.valueType);
+        definition.minimum = 0;
+        definition.maximum = 9;
+        definition.enumValues = EnumList({"A", "B"});
+        const std::string before = AttributeText(definition);
+        AttributeValue value{&definition, 100, 77, "S", "old"};
+        EXPECT_EQ(SetValueFromText(value, row.token), row.taken);
+        EXPECT_EQ(value.number, row.number);
+        EXPECT_EQ(value.text, row.text);
+        EXPECT_EQ(value.objectId, 100U);
+        EXPECT_EQ(value.signalName, "S");
+        EXPECT_EQ(AttributeText(definition), before);
+    }
 }
 
 TEST(AttributeValueFromText, IntTakesANumberWithinItsRange) {
