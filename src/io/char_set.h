@@ -22,7 +22,7 @@ public:
     [[nodiscard]] constexpr uint64_t MarksOf(std::string_view text) const {
         uint64_t marks = 0;
         for (size_t i = 0; i < text.size(); ++i) {
-            marks |= uint64_t{Has(text[i])} << i;
+            marks |= static_cast<uint64_t>(Has(text[i])) << i;
         }
         return marks;
     }

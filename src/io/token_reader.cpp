@@ -69,15 +69,9 @@ std::vector<std::string> SplitTokens(std::string_view text, std::string_view del
     return tokens;
 }
 
-TokenKind ClassifyToken(std::string_view token) {
-    if (!Unquoted(token).empty()) {
-        return TokenKind::Quoted;
-    }
+bool IsNumberInRange(std::string_view token) {
     int64_t number = 0;
-    if (!token.empty() && IsDigit(token.front()) && ToI64(token, number)) {
-        return TokenKind::Number;
-    }
-    return TokenKind::Word;
+    return ToI64(token, number);
 }
 
 std::vector<TokenKind> ClassifyTokens(const std::vector<std::string>& tokens) {

@@ -96,9 +96,6 @@ extern template class TokenReader<CharSet>;
 
 std::vector<std::string> SplitTokens(std::string_view text, std::string_view delimiters);
 
-TokenKind ClassifyToken(std::string_view token);
-std::vector<TokenKind> ClassifyTokens(const std::vector<std::string>& tokens);
-
 // The text between the first and the last quote, wherever they are; empty when there are not two.
 std::string_view TextBetweenQuotes(std::string_view token);
 
@@ -109,5 +106,17 @@ inline std::string_view Unquoted(std::string_view token) {
     }
     return TextBetweenQuotes(token);
 }
+
+// Whether a token that begins with a digit reads as a number.
+bool IsNumberInRange(std::string_view token);
+
+inline TokenKind ClassifyToken(std::string_view token) {
+    if (!Unquoted(token).empty()) {
+        return TokenKind::Quoted;
+    }
+    const bool beginsWithDigit = !token.empty() && IsDigit(token.front());
+    return beginsWithDigit && IsNumberInRange(token) ? TokenKind::Number : TokenKind::Word;
+}
+std::vector<TokenKind> ClassifyTokens(const std::vector<std::string>& tokens);
 
 }  // namespace tabrin

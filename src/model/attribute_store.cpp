@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <new>
 #include <set>
 #include <tuple>
 #include <utility>
@@ -39,7 +40,8 @@ void AttributeStore::Clear(std::span<const std::string_view> nameFilter) {
 // Fresh containers, not emptied ones, so that the memory of a large file goes back.
 void AttributeStore::Clear() {
     definitions_ = Sequence();
-    values_ = std::vector<AttributeValue>();
+    firstValue_ = lastValue_ = nullptr;
+    numValues_ = 0;
     unbound_ = Sequence();
     boundByLength_ = {};
     arena_.Clear();
@@ -60,7 +62,8 @@ const Attribute* AttributeStore::FindDefinition(const Attribute& probe, Attribut
 
 // Seldom asked for: what applies values to objects walks them all.
 std::optional<Attribute> AttributeStore::FindValue(const Attribute& probe, AttributeValueType valueType) const {
-    for (const AttributeValue& value : values_) {
+    for (const ValueNode* node = firstValue_; node != nullptr; node = node->next) {
+        const AttributeValue& value = node->value;
         if (value.objectId == probe.objectId && value.signalName == probe.signalName &&
             IsOfKind(*value.definition, probe, valueType)) {
             return Whole(value);
@@ -104,25 +107,35 @@ void AttributeStore::AddDefinition(const Attribute& attribute) {
 void AttributeStore::AddValue(const Attribute& attribute) {
     const std::shared_ptr<Attribute>& definition = unbound_.emplace_back(Kept(attribute));
     const int32_t number = attribute.valueType == AttributeValueType::Enum ? attribute.enumIndex : attribute.intValue;
-    values_.push_back({definition.get(), attribute.objectId, number, definition->signalName, definition->stringValue});
+    AddValue({definition.get(), attribute.objectId, number, attribute.signalName, attribute.stringValue});
 }
 
 // One that is to be dropped stays behind the first of its key, which everybody finds before.
 void AttributeStore::AddValue(const AttributeValue& value) {
-    values_.push_back(
-        {value.definition, value.objectId, value.number, arena_.Keep(value.signalName), arena_.Keep(value.text)});
+    const size_t size = sizeof(ValueNode) + value.signalName.size() + value.text.size();
+    char* const memory = arena_.Allocate(size, alignof(ValueNode));
+    char* const name = memory + sizeof(ValueNode);
+    char* const text = std::copy(value.signalName.begin(), value.signalName.end(), name);
+    std::copy(value.text.begin(), value.text.end(), text);
+    auto* const node = new (memory) ValueNode{value};
+    node->value.signalName = {name, value.signalName.size()};
+    node->value.text = {text, value.text.size()};
+    (lastValue_ != nullptr ? lastValue_->next : firstValue_) = node;
+    lastValue_ = node;
+    ++numValues_;
 }
 
 std::vector<Attribute> AttributeStore::Values() const {
     std::vector<Attribute> values;
     std::set<decltype(KeyOf(values.front()))> keys;
-    values.reserve(values_.size());
-    for (const AttributeValue& value : values_) {
+    // Stays in place: the keys are views.
+    values.reserve(numValues_);
+    ForEachValue([&](const AttributeValue& value) {
         values.push_back(Whole(value));
         if (!keys.insert(KeyOf(values.back())).second) {
             values.pop_back();
         }
-    }
+    });
     return values;
 }
 

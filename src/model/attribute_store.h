@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -54,12 +55,18 @@ public:
     // to pass over them.
     template <typename Use>
     void ForEachValue(Use use) const {
-        for (const AttributeValue& value : values_) {
-            use(value);
+        for (const ValueNode* node = firstValue_; node != nullptr; node = node->next) {
+            use(node->value);
         }
     }
 
 private:
+    // Values stand in the arena in the order in which they were added, each with its texts behind it.
+    struct ValueNode {
+        AttributeValue value;
+        ValueNode* next = nullptr;
+    };
+
     static Attribute Whole(const AttributeValue& value);
     std::shared_ptr<Attribute> Kept(const Attribute& attribute);
     [[nodiscard]] const Attribute* LookUpDefinitionForValue(std::string_view name) const;
@@ -69,7 +76,9 @@ private:
     // writing there are four: looked through from the front.
     Sequence definitions_;
     Sequence unbound_;  // serve as definitions of values that were not made from one
-    std::vector<AttributeValue> values_;
+    ValueNode* firstValue_ = nullptr;
+    ValueNode* lastValue_ = nullptr;
+    size_t numValues_ = 0;
     std::span<const std::string_view> nameFilter_;
     // What values were last found to bind to. Files give the values object by object or attribute by attribute, so that
     // the same few names come again and again; their lengths tell them apart.
