@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "io/copy_text.h"
 #include "io/text_utf8.h"
 
 namespace tabrin {
@@ -13,7 +14,8 @@ template <size_t Size>
 bool FillField(char (&field)[Size], std::string_view text) {
     // Nearly every text has room to spare.
     if (text.size() < Size - 1) {
-        field[text.copy(field, Size)] = '\0';
+        CopyText(field, text);
+        field[text.size()] = '\0';
         return true;
     }
     return CopyToBuffer(field, text, Size);
