@@ -55,10 +55,10 @@ bool ReadMessageComment(CANDatabase& database, std::string_view statement) {
     if (!ParseIdentifier(statement, kMessageKeyword, id, position)) {
         return false;
     }
-    const CANDatabase::Messages& messages = database.FindMessages(id);
+    const MessagesOfIdentifier messages = database.FindMessages(id);
     const Comment comment = ParseComment(statement, position);
     if (comment.target.empty() && !comment.text.empty()) {
-        for (const auto& message : messages) {
+        for (CANMessage* message : messages) {
             message->AppendComment(comment.text);
         }
     }
@@ -71,12 +71,12 @@ bool ReadSignalComment(CANDatabase& database, std::string_view statement) {
     if (!ParseIdentifier(statement, kSignalKeyword, id, position)) {
         return false;
     }
+    const SignalNames signals = database.FindSignalNames(id);
     const Comment comment = ParseComment(statement, position);
     if (!comment.text.empty()) {
-        database.FindSignalNames(id).ForEachRead(comment.target,
-                                                 [&](CANSignal& signal) { signal.AppendComment(comment.text); });
+        signals.ForEachRead(comment.target, [&](CANSignal& signal) { signal.AppendComment(comment.text); });
     }
-    return !database.FindMessages(id).empty();
+    return signals.HasMessage();
 }
 
 void CANMessage::AppendCommentLine(LineText& line) const {

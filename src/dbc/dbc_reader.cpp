@@ -46,8 +46,11 @@ bool ReadSignal(CANDatabase& database, std::string_view statement, uint32_t line
         database.RecordErrors(statement, line, signal->parseErrors.Codes());
         return false;
     }
+    CANSignal& added = *signal;
     if (database.messages.back()->AddSignal(std::move(signal))) {
+        // As above.
         scope.Keep();
+        database.identifierIndex.AddSignal(added);
     }
     return true;
 }

@@ -29,9 +29,10 @@ bool ForEachTarget(CANDatabase& database, std::string_view statement, std::strin
         return false;
     }
     const size_t name = FindNonBlank(statement, position);
-    database.FindSignalNames(id).ForEachReadAt(
-        statement, name, [&](CANSignal& signal) { return use(signal, name + signal.nameAsRead.size()); });
-    return !database.FindMessages(id).empty();
+    const SignalNames signals = database.FindSignalNames(id);
+    signals.ForEachReadAt(statement, name,
+                          [&](CANSignal& signal) { return use(signal, name + signal.nameAsRead.size()); });
+    return signals.HasMessage();
 }
 
 // Takes keyword, identifier and name; `position` is then the blank behind the name.

@@ -12,13 +12,6 @@ namespace {
 constexpr uint32_t kLargest = std::numeric_limits<uint32_t>::max();
 constexpr size_t kMostDigits = 10;  // that the largest has
 
-size_t FindBlank(std::string_view text, size_t pos) {
-    while (pos < text.size() && !IsBlank(text[pos])) {
-        ++pos;
-    }
-    return pos < text.size() ? pos : kNpos;
-}
-
 size_t DecimalDigits(uint32_t value) {
     size_t digits = 1;
     while (value >= 10) {
@@ -56,8 +49,8 @@ bool UnsignedToken(std::string_view text, size_t pos, uint32_t& value, size_t& e
         end = start + count;
         return true;
     }
-    const size_t blank = FindBlank(text, start);
-    if (blank == kNpos) {
+    const size_t blank = FindBlankOrEnd(text, start);
+    if (blank == text.size()) {
         return false;
     }
     const std::string_view token = text.substr(start, blank - start);

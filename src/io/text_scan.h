@@ -4,10 +4,13 @@
 // back is a view into the text they were given.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+
+#include "io/byte_block.h"
 
 namespace tabrin {
 
@@ -20,6 +23,22 @@ constexpr bool IsBlank(char c) {
 
 constexpr bool IsDigit(char c) {
     return c >= '0' && c <= '9';
+}
+
+// The first blank at or after `pos`, or the end of the text.
+inline size_t FindBlankOrEnd(std::string_view text, size_t pos) {
+    pos = std::min(pos, text.size());
+    for (; text.size() - pos >= ByteBlock::kSize; pos += ByteBlock::kSize) {
+        const ByteBlock block(text.data() + pos);
+        const uint32_t blanks = block.Between('\t', '\r') | block.Between(' ', ' ');
+        if (blanks != 0) {
+            return pos + FirstMarked(blanks);
+        }
+    }
+    while (pos < text.size() && !IsBlank(text[pos])) {
+        ++pos;
+    }
+    return pos;
 }
 
 // The first position at or after `pos` that is no blank, and the last at or before it.

@@ -10,6 +10,7 @@ namespace tabrin {
 
 void CANDatabase::Clear() {
     info.protocolType = TABRIN_PROTOCOL_NONE;
+    identifierIndex.Clear();
     // Fresh ones, not emptied ones, so that the memory of a large database goes back.
     messages = Messages();
     arena.Clear();
@@ -29,16 +30,8 @@ bool CANDatabase::AppendMessage(const CanMessageData* record) {
 }
 
 void CANDatabase::AddParsedMessage(std::shared_ptr<CANMessage> message) {
-    messages.push_back(message);
-    // Identifiers often ascend, so that each goes in front of the one before.
-    const uint32_t id = message->id;
-    lastAdded_ = identifierIndex.try_emplace(lastAdded_, id);
-    Namesakes& namesakes = lastAdded_->second;
-    if (namesakes.messages.empty()) {
-        namesakes.place = places_.size();
-        places_.push_back({id, &namesakes});
-    }
-    namesakes.messages.push_back(std::move(message));
+    messages.push_back(std::move(message));
+    identifierIndex.AddMessage(*messages.back());
 }
 
 // The text of an error loses the last character of its statement, which is a line end as a rule.
@@ -59,41 +52,8 @@ bool CANDatabase::GetErrorData(uint32_t index, CanErrorData* record) const {
     return true;
 }
 
-const CANDatabase::Messages& CANDatabase::FindMessages(uint32_t id) {
-    return FindNamesakes(id).messages;
-}
-
-const SignalNameIndex& CANDatabase::FindSignalNames(uint32_t id) {
-    Namesakes& namesakes = FindNamesakes(id);
-    while (namesakes.numIndexed < namesakes.messages.size()) {
-        namesakes.signalNames.Add(*namesakes.messages[namesakes.numIndexed++]);
-    }
-    return namesakes.signalNames;
-}
-
-CANDatabase::Namesakes& CANDatabase::FindNamesakes(uint32_t id) {
-    constexpr size_t kNear = 8;
-    const size_t end = std::min(places_.size(), lastPlace_ + kNear);
-    for (size_t i = lastPlace_; i < end; ++i) {
-        if (places_[i].id == id) {
-            lastPlace_ = i;
-            return *places_[i].namesakes;
-        }
-    }
-    static Namesakes none;
-    const auto found = identifierIndex.find(id);
-    if (found == identifierIndex.end()) {
-        return none;
-    }
-    lastPlace_ = found->second.place;
-    return found->second;
-}
-
 void CANDatabase::EndReading() {
-    places_ = std::vector<Place>();
-    lastPlace_ = 0;
-    identifierIndex.clear();
-    lastAdded_ = identifierIndex.end();
+    identifierIndex.Clear();
     attributes.Clear();
     descriptionsRead = decltype(descriptionsRead)();
 }

@@ -4,68 +4,46 @@
 
 namespace tabrin {
 
-void SignalNameIndex::Add(const CANMessage& message) {
-    const size_t begin = entries_.size();
-    if (begin == 0) {
-        entries_.reserve(message.signals.size());
+uint64_t NameHash(std::string_view name) {
+    NameInText whole(name, 0);
+    while (!whole.IsAtEnd()) {
+        whole.Extend();
     }
-    for (const auto& signal : message.signals) {
-        AddSignal(*signal);
-    }
-    std::sort(Place(begin), entries_.end(), IsLess);
+    return whole.Hash();
+}
+
+void SortedSignalNames::Add(std::span<const SignalName> names) {
+    const size_t begin = names_.size();
+    names_.insert(names_.end(), names.begin(), names.end());
+    std::sort(Place(begin), names_.end(), IsLess);
     innerEnds_.push_back(begin);
     MergeLikeRuns();
 }
 
-void SignalNameIndex::AddSignal(CANSignal& signal) {
-    const std::string_view name = signal.nameAsRead;
-    if (name == signal.identifierName) {
-        AddEntry(name, NameKind::Both, signal);
-        return;
-    }
-    AddEntry(name, NameKind::AsRead, signal);
-    AddEntry(signal.identifierName, NameKind::Identifier, signal);
-    if (std::any_of(name.begin(), name.end(), IsBlank)) {
-        longestWithBlanks_ = std::max(longestWithBlanks_, name.size());
-    }
-}
-
-void SignalNameIndex::AddEntry(std::string_view name, NameKind kind, CANSignal& signal) {
-    entries_.push_back({KeyOf(HashOf(name), kind), &signal});
-}
-
-void SignalNameIndex::MergeLikeRuns() {
+void SortedSignalNames::MergeLikeRuns() {
     while (!innerEnds_.empty()) {
         const size_t middle = innerEnds_.back();
         const size_t begin = innerEnds_.size() > 1 ? innerEnds_[innerEnds_.size() - 2] : 0;
-        if (middle - begin > 2 * (entries_.size() - middle)) {
+        if (middle - begin > 2 * (names_.size() - middle)) {
             return;
         }
-        std::inplace_merge(Place(begin), Place(middle), entries_.end(), IsLess);
+        std::inplace_merge(Place(begin), Place(middle), names_.end(), IsLess);
         innerEnds_.pop_back();
     }
 }
 
-bool SignalNameIndex::IsLess(const Entry& a, const Entry& b) {
+bool SortedSignalNames::IsLess(const SignalName& a, const SignalName& b) {
     return a.key < b.key;
 }
 
-std::vector<SignalNameIndex::Entry>::iterator SignalNameIndex::Place(size_t index) {
-    return entries_.begin() + static_cast<std::ptrdiff_t>(index);
+std::vector<SignalName>::iterator SortedSignalNames::Place(size_t index) {
+    return names_.begin() + static_cast<std::ptrdiff_t>(index);
 }
 
-uint64_t SignalNameIndex::HashOf(std::string_view name) {
-    uint64_t hash = kSeed;
-    for (const char c : name) {
-        hash = Extended(hash, c);
-    }
-    return hash;
-}
-
-size_t SignalNameIndex::FirstOf(size_t begin, size_t end, uint64_t key) const {
+size_t SortedSignalNames::FirstOf(size_t begin, size_t end, uint64_t key) const {
     while (begin < end) {
         const size_t middle = begin + (end - begin) / 2;
-        if (entries_[middle].key < key) {
+        if (names_[middle].key < key) {
             begin = middle + 1;
         } else {
             end = middle;

@@ -1,107 +1,167 @@
 // Finds the signals that a statement names, while a file is read.
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <vector>
 
+#include "io/text_hash.h"
 #include "io/text_scan.h"
-#include "model/can_message.h"
+#include "model/can_signal.h"
 
 namespace tabrin {
 
-// The signals of all messages of one identifier, by the name they were read with and by their identifier name. Names
-// may hold blanks and may repeat. However many messages share the identifier, finding takes time only for what is
-// found.
-class SignalNameIndex {
+// What a name is to a signal. Both is in the middle: names that were read reach up to it, identifiers begin there.
+enum class NameKind : uint8_t { AsRead, Both, Identifier };
+
+// A signal by one of its names. The kind of the name takes the place of the last bits of the hash, so that those of one
+// name and kind stand together.
+struct SignalName {
+    uint64_t key;
+    CANSignal* signal;
+};
+
+inline uint64_t NameKey(uint64_t hash, NameKind kind) {
+    return (hash & ~uint64_t{3}) | static_cast<uint64_t>(kind);
+}
+
+// A name in front of a blank: the part of a text from some place up to a blank behind it, with its hash. The hash grows
+// with the text, so that the text is looked at once however many names it is taken for.
+class NameInText {
 public:
-    // The signals of the message must all have been read.
-    void Add(const CANMessage& message);
+    NameInText(std::string_view text, size_t pos)
+        : text_(text),
+          begin_(std::min(pos, text.size())),
+          end_(FindBlankOrEnd(text, begin_)),
+          hash_(TextHash(View())) {}
+
+    [[nodiscard]] std::string_view View() const { return text_.substr(begin_, end_ - begin_); }
+    [[nodiscard]] uint64_t Hash() const { return hash_; }
+    [[nodiscard]] bool IsAtEnd() const { return end_ >= text_.size(); }
+
+    // Goes on to the next blank or the end of the text.
+    void Extend() {
+        const size_t blank = end_;
+        end_ = FindBlankOrEnd(text_, blank + 1);
+        hash_ = text_hash::Mixed(hash_) ^ TextHash(text_.substr(blank, end_ - blank));
+    }
+
+private:
+    std::string_view text_;
+    size_t begin_;
+    size_t end_;
+    uint64_t hash_;
+};
+
+// What NameInText makes of a text that is all name. Without blanks it is the TextHash.
+uint64_t NameHash(std::string_view name);
+
+// Many names. However many messages they come from, finding takes time only for what is found.
+class SortedSignalNames {
+public:
+    // The names of a message.
+    void Add(std::span<const SignalName> names);
+
+    // Calls `use` with every signal of this key or the next, until it answers false.
+    template <typename Use>
+    void ForEach(uint64_t key, Use use) const {
+        size_t end = 0;
+        for (size_t run = 0; run <= innerEnds_.size(); ++run) {
+            const size_t begin = end;
+            end = run < innerEnds_.size() ? innerEnds_[run] : names_.size();
+            for (size_t i = FirstOf(begin, end, key); i < end && names_[i].key <= key + 1; ++i) {
+                if (!use(*names_[i].signal)) {
+                    return;
+                }
+            }
+        }
+    }
+
+private:
+    void MergeLikeRuns();
+    static bool IsLess(const SignalName& a, const SignalName& b);
+    std::vector<SignalName>::iterator Place(size_t index);
+    [[nodiscard]] size_t FirstOf(size_t begin, size_t end, uint64_t key) const;
+
+    // Runs, each ordered by the key. Every message adds a run; runs of like size are merged, so that there are never
+    // many.
+    std::vector<SignalName> names_;
+    std::vector<size_t> innerEnds_;  // of all runs but the last
+};
+
+// The signals of all messages of one identifier, by the name they were read with and by their identifier name. Names
+// may hold blanks and may repeat. The signals themselves are touched only where the name fits. Made for one statement.
+class SignalNames {
+public:
+    static constexpr size_t kFew = 64;
+
+    // Of no message.
+    SignalNames() = default;
+    // A few names in any order. None that was read with a blank in it is longer than `longestWithBlanks`.
+    SignalNames(std::span<const SignalName> few, size_t longestWithBlanks)
+        : few_(few), longestWithBlanks_(longestWithBlanks), hasMessage_(true) {}
+    SignalNames(const SortedSignalNames& many, size_t longestWithBlanks)
+        : many_(&many), longestWithBlanks_(longestWithBlanks), hasMessage_(true) {}
+
+    [[nodiscard]] bool HasMessage() const { return hasMessage_; }
 
     // Calls `use` with every signal that was read with exactly this name.
     template <typename Use>
     void ForEachRead(std::string_view name, Use use) const {
-        Visit(HashOf(name), name, NameKind::AsRead, NameKind::Both, Always(use));
+        const uint64_t hash = longestWithBlanks_ == 0 ? TextHash(name) : NameHash(name);
+        Visit(NameKey(hash, NameKind::AsRead), name, &CANSignal::nameAsRead, [&](CANSignal& signal) {
+            use(signal);
+            return true;
+        });
     }
 
     // Calls `use` with every signal of exactly this identifier name, until it answers false.
     template <typename Use>
     void ForEachIdentified(std::string_view name, Use use) const {
-        Visit(HashOf(name), name, NameKind::Both, NameKind::Identifier, use);
+        Visit(NameKey(TextHash(name), NameKind::Both), name, &CANSignal::identifierName, use);
     }
 
     // Calls `use` with every signal whose name, as it was read, stands at `pos` of the text with a blank behind it:
-    // with "My Sig 1" both My and My Sig. When it answers false, the others of the same name are left out. The hash
-    // grows with the text, so that the text is looked at once however many names fit.
+    // with "My Sig 1" both My and My Sig. When it answers false, the others of the same name are left out.
     template <typename Use>
     void ForEachReadAt(std::string_view text, size_t pos, Use use) const {
-        uint64_t hash = kSeed;
-        for (size_t end = pos; end < text.size(); ++end) {
-            if (IsBlank(text[end])) {
-                const std::string_view name = text.substr(pos, end - pos);
-                Visit(hash, name, NameKind::AsRead, NameKind::Both, use);
-                if (name.size() >= longestWithBlanks_) {
-                    return;
-                }
+        for (NameInText name(text, pos); !name.IsAtEnd(); name.Extend()) {
+            Visit(NameKey(name.Hash(), NameKind::AsRead), name.View(), &CANSignal::nameAsRead, use);
+            if (name.View().size() >= longestWithBlanks_) {
+                return;
             }
-            hash = Extended(hash, text[end]);
         }
     }
 
 private:
-    // What a name is to a signal. Both is in the middle: names that were read reach up to it, identifiers begin there.
-    enum class NameKind : uint8_t { AsRead, Both, Identifier };
-
-    struct Entry {
-        uint64_t key;
-        CANSignal* signal;
-    };
-    static constexpr uint64_t kSeed = 0xCBF29CE484222325U;
-
     template <typename Use>
-    static auto Always(Use& use) {
-        return [&use](CANSignal& signal) {
-            use(signal);
-            return true;
-        };
-    }
-
-    static uint64_t Extended(uint64_t hash, char c) { return (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U; }
-    static uint64_t HashOf(std::string_view name);
-    // The kind takes the place of the last bits of the hash, so that those of one name and kind stand together.
-    static uint64_t KeyOf(uint64_t hash, NameKind kind) { return (hash & ~uint64_t{3}) | static_cast<uint64_t>(kind); }
-
-    void AddSignal(CANSignal& signal);
-    void AddEntry(std::string_view name, NameKind kind, CANSignal& signal);
-    void MergeLikeRuns();
-    static bool IsLess(const Entry& a, const Entry& b);
-    std::vector<Entry>::iterator Place(size_t index);
-    [[nodiscard]] size_t FirstOf(size_t begin, size_t end, uint64_t key) const;
-
-    template <typename Use>
-    void Visit(uint64_t hash, std::string_view name, NameKind first, NameKind last, Use use) const {
-        const auto field = first == NameKind::AsRead ? &CANSignal::nameAsRead : &CANSignal::identifierName;
-        size_t end = 0;
-        for (size_t run = 0; run <= innerEnds_.size(); ++run) {
-            const size_t begin = end;
-            end = run < innerEnds_.size() ? innerEnds_[run] : entries_.size();
-            for (size_t i = FirstOf(begin, end, KeyOf(hash, first)); i < end && entries_[i].key <= KeyOf(hash, last);
-                 ++i) {
-                CANSignal& signal = *entries_[i].signal;
-                if (signal.*field == name && !use(signal)) {
-                    return;
-                }
+    void Visit(uint64_t key, std::string_view name, std::string_view CANSignal::*field, Use use) const {
+        const auto useNamed = [&](CANSignal& signal) { return signal.*field != name || use(signal); };
+        if (many_ != nullptr) {
+            many_->ForEach(key, useNamed);
+            return;
+        }
+        // First all keys and then what was found: where it stands cannot be foreseen, and a jump there would be a wrong
+        // guess of the processor each time.
+        uint64_t found = 0;
+        for (size_t i = 0; i < few_.size(); ++i) {
+            found |= static_cast<uint64_t>(few_[i].key - key <= 1) << i;
+        }
+        for (; found != 0; found &= found - 1) {
+            if (!useNamed(*few_[static_cast<size_t>(std::countr_zero(found))].signal)) {
+                return;
             }
         }
     }
 
-    // Runs, each ordered by the key. The signals themselves are touched only where it fits. A signal is there by the
-    // name it was read with; where its identifier name is another, a second time by that. Every message adds a run;
-    // runs of like size are merged, so that there are never many.
-    std::vector<Entry> entries_;
-    std::vector<size_t> innerEnds_;  // of all runs but the last
+    std::span<const SignalName> few_;
+    const SortedSignalNames* many_ = nullptr;
     size_t longestWithBlanks_ = 0;
+    bool hasMessage_ = false;
 };
 
 }  // namespace tabrin

@@ -136,7 +136,7 @@ void ExpectSoundSignal(const CANSignal& signal) {
 }
 
 void ExpectSound(const CANDatabase& database) {
-    EXPECT_TRUE(database.identifierIndex.empty());
+    EXPECT_TRUE(database.identifierIndex.IsEmpty());
     EXPECT_TRUE(database.attributes.Definitions().empty());
     EXPECT_TRUE(database.attributes.Values().empty());
     for (const auto& message : database.messages) {

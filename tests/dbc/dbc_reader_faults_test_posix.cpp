@@ -41,7 +41,7 @@ void ExpectAllClosed(const SystemFaults& faults, size_t opened = 1) {
 
 // What only reading needs is gone.
 void ExpectReadingEnded(const CANDatabase& database) {
-    EXPECT_TRUE(database.identifierIndex.empty());
+    EXPECT_TRUE(database.identifierIndex.IsEmpty());
     EXPECT_TRUE(database.attributes.Definitions().empty());
     EXPECT_TRUE(database.attributes.Values().empty());
 }

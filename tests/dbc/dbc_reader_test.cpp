@@ -248,7 +248,7 @@ TEST(DbcReader, ScaffoldingIsGoneAfterwards) {
                                        "BA_DEF_ BO_ \"GenMsgCycleTime\" INT 0 1000;\n"
                                        "BA_ \"GenMsgCycleTime\" BO_ 100 20;\n"));
     EXPECT_EQ(database.messages.size(), 1U);
-    EXPECT_TRUE(database.identifierIndex.empty());
+    EXPECT_TRUE(database.identifierIndex.IsEmpty());
     EXPECT_TRUE(database.attributes.Definitions().empty());
     EXPECT_TRUE(database.attributes.Values().empty());
     EXPECT_FALSE(database.attributes.IsNameRejected("GenMsgCycleTime"));

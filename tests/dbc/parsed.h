@@ -12,19 +12,33 @@
 
 namespace tabrin {
 
+// A message that knows the database it was added to.
+class ReadMessage : public OwnMessage {
+public:
+    explicit ReadMessage(CANDatabase& database) : database_(database) {}
+
+    [[nodiscard]] CANDatabase& Database() const { return database_; }
+
+private:
+    CANDatabase& database_;
+};
+
 // Adds a message from its BO_ line, as reading does.
 inline CANMessage& AddRead(CANDatabase& database, std::string_view line) {
-    auto message = std::make_shared<OwnMessage>();
+    auto message = std::make_shared<ReadMessage>(database);
     EXPECT_TRUE(message->ParseLine(line)) << line;
     database.AddParsedMessage(message);
     return *message;
 }
 
-// Adds a signal from its SG_ line, as reading does.
+// Adds a signal from its SG_ line, as reading does. The message must be the last one that AddRead has added.
 inline CANSignal& AddReadLine(CANMessage& message, std::string_view line) {
+    CANDatabase& database = dynamic_cast<ReadMessage&>(message).Database();
+    EXPECT_EQ(database.messages.back().get(), &message);
     auto signal = std::make_shared<OwnSignal>();
     EXPECT_TRUE(signal->ParseLine(line)) << line;
     message.AddSignal(signal);
+    database.identifierIndex.AddSignal(*signal);
     return *signal;
 }
 

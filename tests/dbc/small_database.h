@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -32,14 +33,22 @@ public:
         message->invalid = false;
         message->id = id;
         message->name = message->identifierName = message->nameAsRead = message->GetArena().Keep(name);
-        for (const char* signalName : signals) {
-            auto signal = std::make_shared<OwnSignal>();
-            signal->invalid = false;
-            signal->name = signal->identifierName = signal->nameAsRead = signal->GetArena().Keep(signalName);
-            message->AddSignal(std::move(signal));
-        }
         data.AddParsedMessage(std::move(message));
+        for (const char* signalName : signals) {
+            AddSignal(signalName, signalName);
+        }
         return *data.messages.back();
+    }
+
+    // Adds a signal to the last message. The long name is the one that was read.
+    CANSignal& AddSignal(std::string_view nameAsRead, std::string_view identifierName) {
+        auto signal = std::make_shared<OwnSignal>();
+        signal->invalid = false;
+        signal->name = signal->nameAsRead = signal->GetArena().Keep(nameAsRead);
+        signal->identifierName = signal->GetArena().Keep(identifierName);
+        data.messages.back()->AddSignal(signal);
+        data.identifierIndex.AddSignal(*signal);
+        return *signal;
     }
 
     // What reading does with these statements of a file, once all of it has been read.

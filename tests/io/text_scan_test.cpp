@@ -393,6 +393,38 @@ TEST(FindNonBlank, SkipsBlanksOnly) {
     }
 }
 
+TEST(FindBlankOrEnd, StopsAtEveryBlankWhereverItStands) {
+    for (const char blank : {' ', '\f', '\n', '\r', '\t', '\v'}) {
+        for (size_t size = 1; size <= 50; ++size) {
+            for (size_t place = 0; place < size; ++place) {
+                std::string text(size, 'x');
+                text[place] = blank;
+                text.back() = blank;
+                EXPECT_EQ(FindBlankOrEnd(text, 0), place) << Shown(text);
+                EXPECT_EQ(FindBlankOrEnd(text, place), place) << Shown(text);
+                EXPECT_EQ(FindBlankOrEnd(text, place + 1), place + 1 < size ? size - 1 : size) << Shown(text);
+            }
+        }
+    }
+}
+
+TEST(FindBlankOrEnd, NothingElseIsABlank) {
+    for (int byte = 0; byte < 256; ++byte) {
+        const char c = static_cast<char>(byte);
+        const bool blank = byte == 0x20 || (byte >= 0x09 && byte <= 0x0D);
+        EXPECT_EQ(FindBlankOrEnd(std::string(3, c), 0), blank ? 0U : 3U) << byte;
+        EXPECT_EQ(FindBlankOrEnd(std::string(20, c), 0), blank ? 0U : 20U) << byte;
+    }
+}
+
+TEST(FindBlankOrEnd, WithoutABlankIsTheEnd) {
+    EXPECT_EQ(FindBlankOrEnd("", 0), 0U);
+    EXPECT_EQ(FindBlankOrEnd("abc", 3), 3U);
+    EXPECT_EQ(FindBlankOrEnd("a c", 4), 3U);
+    EXPECT_EQ(FindBlankOrEnd("a c", kNpos - 20), 3U);
+    EXPECT_EQ(FindBlankOrEnd("a c", kNpos), 3U);
+}
+
 TEST(FindLastNonBlank, SkipsBlanksBackwards) {
     const NonBlankRow rows[] = {
         {"a", 0, 0},      {"a", kNpos, 0},        {"a", 9, 0},     {"abc", 1, 1},   {"abc", 2, 2},

@@ -52,7 +52,7 @@ TEST(CanDatabase, NewDatabaseIsEmpty) {
     EXPECT_EQ(database.info.protocolType, 0U);
     EXPECT_EQ(database.info.canFd, 0U);
     EXPECT_TRUE(database.messages.empty());
-    EXPECT_TRUE(database.identifierIndex.empty());
+    EXPECT_TRUE(database.identifierIndex.IsEmpty());
     EXPECT_TRUE(database.errors.empty());
     EXPECT_TRUE(database.attributes.Definitions().empty());
     EXPECT_TRUE(database.attributes.Values().empty());
@@ -121,11 +121,21 @@ TEST(CanDatabase, ClearTakesTheWellKnownAttributesOnly) {
     EXPECT_TRUE(database.attributes.IsNameRejected("Other"));
 }
 
-TEST(CanDatabase, ClearLeavesTheIndexToReading) {
+// The messages that the index finds.
+std::vector<const CANMessage*> Found(CANDatabase& database, uint32_t id) {
+    std::vector<const CANMessage*> found;
+    for (const CANMessage* message : database.FindMessages(id)) {
+        found.push_back(message);
+    }
+    return found;
+}
+
+TEST(CanDatabase, ClearEmptiesTheIndex) {
     CANDatabase database;
     database.AddParsedMessage(MakeMessage(100));
     database.Clear();
-    EXPECT_EQ(database.FindMessages(100).size(), 1U);
+    EXPECT_TRUE(database.identifierIndex.IsEmpty());
+    EXPECT_TRUE(database.FindMessages(100).empty());
 }
 
 TEST(CanDatabase, ParsedMessagesAreFoundInFileOrder) {
@@ -137,15 +147,15 @@ TEST(CanDatabase, ParsedMessagesAreFoundInFileOrder) {
         database.AddParsedMessage(message);
     }
     EXPECT_EQ(database.messages, CANDatabase::Messages({first, other, second}));
-    EXPECT_EQ(database.FindMessages(100), CANDatabase::Messages({first, second}));
-    EXPECT_EQ(database.FindMessages(0x80000064), CANDatabase::Messages({other}));
+    EXPECT_EQ(Found(database, 100), std::vector<const CANMessage*>({first.get(), second.get()}));
+    EXPECT_EQ(Found(database, 0x80000064), std::vector<const CANMessage*>({other.get()}));
     EXPECT_TRUE(database.FindMessages(101).empty());
 }
 
 TEST(CanDatabase, LookingForAMessageDoesNotMakeOne) {
     CANDatabase database;
     EXPECT_TRUE(database.FindMessages(100).empty());
-    EXPECT_TRUE(database.identifierIndex.empty());
+    EXPECT_TRUE(database.identifierIndex.IsEmpty());
     EXPECT_TRUE(database.messages.empty());
 }
 
@@ -166,7 +176,7 @@ TEST(CanDatabase, EndOfReadingEmptiesTheIndex) {
     database.AddParsedMessage(MakeMessage(100));
     database.EndReading();
     EXPECT_TRUE(database.FindMessages(100).empty());
-    EXPECT_TRUE(database.identifierIndex.empty());
+    EXPECT_TRUE(database.identifierIndex.IsEmpty());
 }
 
 TEST(CanDatabase, EndOfReadingEmptiesTheAttributes) {
@@ -179,13 +189,14 @@ TEST(CanDatabase, EndOfReadingEmptiesTheAttributes) {
     ExpectWellKnownNamesOnly(database);
 }
 
-std::shared_ptr<CANMessage> MakeMessageWithSignals(uint32_t id, std::initializer_list<const char*> names) {
-    auto message = MakeMessage(id);
+void AddMessageWithSignals(CANDatabase& database, uint32_t id, std::initializer_list<const char*> names) {
+    const auto message = MakeMessage(id);
+    database.AddParsedMessage(message);
     for (const char* name : names) {
         message->signals.push_back(std::make_shared<OwnSignal>());
         message->signals.back()->nameAsRead = name;
+        database.identifierIndex.AddSignal(*message->signals.back());
     }
-    return message;
 }
 
 int CountSignals(CANDatabase& database, uint32_t id, std::string_view name) {
@@ -196,8 +207,8 @@ int CountSignals(CANDatabase& database, uint32_t id, std::string_view name) {
 
 TEST(CanDatabase, SignalNamesAreThoseOfAllMessagesOfTheIdentifier) {
     CANDatabase database;
-    database.AddParsedMessage(MakeMessageWithSignals(100, {"Speed", "Speed", "Torque"}));
-    database.AddParsedMessage(MakeMessageWithSignals(101, {"Speed"}));
+    AddMessageWithSignals(database, 100, {"Speed", "Speed", "Torque"});
+    AddMessageWithSignals(database, 101, {"Speed"});
     EXPECT_EQ(CountSignals(database, 100, "Speed"), 2);
     EXPECT_EQ(CountSignals(database, 101, "Speed"), 1);
     EXPECT_EQ(CountSignals(database, 102, "Speed"), 0);
@@ -206,7 +217,7 @@ TEST(CanDatabase, SignalNamesAreThoseOfAllMessagesOfTheIdentifier) {
 TEST(CanDatabase, SignalNamesOfALaterMessageAreFoundToo) {
     CANDatabase database;
     for (int messages = 1; messages <= 20; ++messages) {
-        database.AddParsedMessage(MakeMessageWithSignals(100, {"Speed", "Torque"}));
+        AddMessageWithSignals(database, 100, {"Speed", "Torque"});
         EXPECT_EQ(CountSignals(database, 100, "Speed"), messages);
         EXPECT_EQ(CountSignals(database, 100, "Torque"), messages);
     }
@@ -214,7 +225,7 @@ TEST(CanDatabase, SignalNamesOfALaterMessageAreFoundToo) {
 
 TEST(CanDatabase, EndOfReadingForgetsTheSignalNames) {
     CANDatabase database;
-    database.AddParsedMessage(MakeMessageWithSignals(100, {"Speed"}));
+    AddMessageWithSignals(database, 100, {"Speed"});
     EXPECT_EQ(CountSignals(database, 100, "Speed"), 1);
     database.EndReading();
     EXPECT_EQ(CountSignals(database, 100, "Speed"), 0);
@@ -247,7 +258,7 @@ TEST(CanDatabase, AppendedMessageIsNotFoundByItsIdentifier) {
     database.AddParsedMessage(MakeMessage(100));
     const CanMessageData record = GivenRecord();
     EXPECT_TRUE(database.AppendMessage(&record));
-    EXPECT_EQ(database.FindMessages(100).size(), 1U);
+    EXPECT_EQ(Found(database, 100).size(), 1U);
 }
 
 TEST(CanDatabase, AppendedMessagesMayShareAnIdentifier) {

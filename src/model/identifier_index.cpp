@@ -1,0 +1,124 @@
+#include "model/identifier_index.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "io/text_hash.h"
+#include "io/text_scan.h"
+
+namespace tabrin {
+
+void IdentifierIndex::AddMessage(CANMessage& message) {
+    const size_t number = messages_.size();
+    messages_.push_back({&message, names_.size()});
+    if (2 * namesakes_.size() >= slots_.size()) {
+        GrowSlots();
+    }
+    Slot& slot = FindSlot(message.id);
+    if (slot.namesakes == kNone) {
+        namesakes_.push_back({message.id, number, number});
+        slot = {message.id, namesakes_.size() - 1};
+    } else {
+        Namesakes& namesakes = namesakes_[slot.namesakes];
+        messages_[std::exchange(namesakes.last, number)].next = number;
+        if (namesakes.unsorted == kNone) {
+            namesakes.unsorted = number;
+        }
+    }
+    lastAdded_ = slot.namesakes;
+}
+
+// Nearly always the names are one text.
+void IdentifierIndex::AddSignal(CANSignal& signal) {
+    const std::string_view name = signal.nameAsRead;
+    if (name.data() == signal.identifierName.data() && name.size() == signal.identifierName.size()) {
+        names_.push_back({NameKey(TextHash(name), NameKind::Both), &signal});
+        return;
+    }
+    names_.push_back({NameKey(NameHash(name), NameKind::AsRead), &signal});
+    names_.push_back({NameKey(TextHash(signal.identifierName), NameKind::Identifier), &signal});
+    if (FindBlankOrEnd(name, 0) != name.size()) {
+        size_t& longest = namesakes_[lastAdded_].longestWithBlanks;
+        longest = std::max(longest, name.size());
+    }
+}
+
+void IdentifierIndex::Clear() {
+    // Fresh ones, not emptied ones, so that the memory goes back.
+    *this = IdentifierIndex();
+}
+
+MessagesOfIdentifier IdentifierIndex::FindMessages(uint32_t id) {
+    const size_t found = FindNamesakes(id);
+    return {*this, found == kNone ? kNone : namesakes_[found].first};
+}
+
+SignalNames IdentifierIndex::FindSignalNames(uint32_t id) {
+    const size_t found = FindNamesakes(id);
+    if (found == kNone) {
+        return {};
+    }
+    Namesakes& namesakes = namesakes_[found];
+    if (namesakes.first == namesakes.last) {
+        const std::span<const SignalName> names = NamesOf(namesakes.first);
+        if (names.size() <= SignalNames::kFew) {
+            return {names, namesakes.longestWithBlanks};
+        }
+    }
+    return {SortNames(namesakes), namesakes.longestWithBlanks};
+}
+
+// Statements about one identifier come one after the other, and those of a section usually take the messages in their
+// order.
+size_t IdentifierIndex::FindNamesakes(uint32_t id) {
+    constexpr size_t kNear = 8;
+    const size_t end = std::min(namesakes_.size(), lastFound_ + kNear);
+    for (size_t i = lastFound_; i < end; ++i) {
+        if (namesakes_[i].id == id) {
+            lastFound_ = i;
+            return i;
+        }
+    }
+    const size_t found = slots_.empty() ? kNone : FindSlot(id).namesakes;
+    if (found != kNone) {
+        lastFound_ = found;
+    }
+    return found;
+}
+
+// The slot of the identifier, or the free one that it would take.
+IdentifierIndex::Slot& IdentifierIndex::FindSlot(uint32_t id) {
+    const size_t mask = slots_.size() - 1;
+    size_t i = static_cast<size_t>(text_hash::Mixed(id)) & mask;
+    while (slots_[i].namesakes != kNone && slots_[i].id != id) {
+        i = (i + 1) & mask;
+    }
+    return slots_[i];
+}
+
+void IdentifierIndex::GrowSlots() {
+    constexpr size_t kFewest = 16;
+    slots_.assign(std::max(kFewest, 2 * slots_.size()), Slot{});
+    for (size_t i = 0; i < namesakes_.size(); ++i) {
+        FindSlot(namesakes_[i].id) = {namesakes_[i].id, i};
+    }
+}
+
+std::span<const SignalName> IdentifierIndex::NamesOf(size_t message) const {
+    const size_t begin = messages_[message].firstName;
+    const size_t end = message + 1 < messages_.size() ? messages_[message + 1].firstName : names_.size();
+    return std::span(names_).subspan(begin, end - begin);
+}
+
+const SortedSignalNames& IdentifierIndex::SortNames(Namesakes& namesakes) const {
+    if (namesakes.sortedNames == nullptr) {
+        namesakes.sortedNames = std::make_unique<SortedSignalNames>();
+        namesakes.unsorted = namesakes.first;
+    }
+    for (; namesakes.unsorted != kNone; namesakes.unsorted = messages_[namesakes.unsorted].next) {
+        namesakes.sortedNames->Add(NamesOf(namesakes.unsorted));
+    }
+    return *namesakes.sortedNames;
+}
+
+}  // namespace tabrin
