@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "io/line_text.h"
+#include "io/prefetch.h"
 #include "model/arena.h"
 #include "model/parse_errors.h"
 #include "model/receiver_list.h"
@@ -63,32 +64,38 @@ public:
     void SetUnit(std::string_view text);
     void AppendComment(std::string_view text);
 
+    // For who is about to read a statement of this signal.
+    void PrefetchForStatements() const { Prefetch(&attributesSet, 128); }
+
     [[nodiscard]] Arena& GetArena() const { return valueDescriptions.GetArena(); }
 
-    bool invalid = true;
-    std::string_view identifierName;
-    std::string_view name;
+    ParseErrors parseErrors;
     std::string_view unit;           // reduced to ASCII; this form is written
     std::string_view unitAsWritten;  // as it stood in the file
-    GrowingText comment;             // escaped, see comment_text.h
     uint32_t multiplexKind = TABRIN_MULTIPLEX_NONE;
     uint32_t multiplexValue = 0;
     uint32_t startBit = 0;
-    uint32_t length = 0;
     uint32_t byteOrder = TABRIN_BYTE_ORDER_LITTLE_ENDIAN;
-    uint32_t valueType = TABRIN_VALUE_UNSIGNED;
     double factor = 0.0;
     double offset = 0.0;
     double minimum = 0.0;
     double maximum = 0.0;
     ReceiverList receivers;
-    ValueDescriptions valueDescriptions;
+    bool invalid = true;
+    bool suffixApplied = false;
+    std::string_view name;
+
+    // What the statements behind all signals look at and change is together. The name, which the arena has behind the
+    // signal, comes next.
+    uint32_t attributesSet = 0;  // the attributes that have found a value in reading
     uint32_t startValue = 0;
     uint32_t inactiveValue = 0;
+    uint32_t length = 0;
+    uint32_t valueType = TABRIN_VALUE_UNSIGNED;
+    GrowingText comment;  // escaped, see comment_text.h
+    ValueDescriptions valueDescriptions;
+    std::string_view identifierName;
     std::string_view nameAsRead;  // other statements of the file find the signal by it
-    bool suffixApplied = false;
-    uint32_t attributesSet = 0;  // the attributes that have found a value in reading
-    ParseErrors parseErrors;
 
 private:
     bool SetTextsFromRecord(const CanSignalData& record);

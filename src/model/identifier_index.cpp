@@ -75,7 +75,7 @@ size_t IdentifierIndex::FindNamesakes(uint32_t id) {
     const size_t end = std::min(namesakes_.size(), lastFound_ + kNear);
     for (size_t i = lastFound_; i < end; ++i) {
         if (namesakes_[i].id == id) {
-            lastFound_ = i;
+            GoOnTo(i);
             return i;
         }
     }
@@ -84,6 +84,23 @@ size_t IdentifierIndex::FindNamesakes(uint32_t id) {
         lastFound_ = found;
     }
     return found;
+}
+
+// The signals of the next message come from memory meanwhile, some with each statement about this one. All at once
+// would be more than the processor can wait for while it goes on.
+void IdentifierIndex::GoOnTo(size_t namesakes) {
+    constexpr size_t kSome = 6;
+    if (namesakes != lastFound_ && namesakes + 1 < namesakes_.size()) {
+        const size_t next = namesakes_[namesakes + 1].first;
+        firstToPrefetch_ = messages_[next].firstName;
+        endToPrefetch_ = firstToPrefetch_ + NamesOf(next).size();
+    }
+    lastFound_ = namesakes;
+    const size_t some = std::min(endToPrefetch_ - firstToPrefetch_, kSome);
+    for (const SignalName& name : std::span(names_).subspan(firstToPrefetch_, some)) {
+        name.signal->PrefetchForStatements();
+    }
+    firstToPrefetch_ += some;
 }
 
 // The slot of the identifier, or the free one that it would take.

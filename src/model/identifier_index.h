@@ -89,6 +89,7 @@ private:
     Slot& FindSlot(uint32_t id);
     void GrowSlots();
     [[nodiscard]] size_t FindNamesakes(uint32_t id);
+    void GoOnTo(size_t namesakes);
     [[nodiscard]] std::span<const SignalName> NamesOf(size_t message) const;
     [[nodiscard]] const SortedSignalNames& SortNames(Namesakes& namesakes) const;
 
@@ -98,6 +99,8 @@ private:
     std::vector<Namesakes> namesakes_;
     size_t lastAdded_ = 0;  // among the namesakes
     size_t lastFound_ = 0;
+    size_t firstToPrefetch_ = 0;  // among the names
+    size_t endToPrefetch_ = 0;
 
     // Where the namesakes of an identifier are: at the place that its number gives or behind it, without a gap.
     std::vector<Slot> slots_;
