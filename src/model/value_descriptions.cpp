@@ -165,6 +165,9 @@ void ValueDescriptions::AddInTurn(std::span<const Described> descriptions) {
 }
 
 void ValueDescriptions::List::Add(Arena& arena, const Described& description) {
+    if (blocks == nullptr && block.size == Block::kMost) {
+        blocks = new (arena.Allocate(sizeof(Blocks), alignof(Blocks))) Blocks(arena, block);
+    }
     if (blocks != nullptr) {
         blocks->Add(arena, description);
         return;
@@ -172,11 +175,6 @@ void ValueDescriptions::List::Add(Arena& arena, const Described& description) {
     const uint32_t place = block.FindPlace(description.value);
     if (place != block.size && block.entries[place].value == description.value) {
         block.entries[place].Join(arena, description.text);
-        return;
-    }
-    if (block.size == Block::kMost) {
-        blocks = new (arena.Allocate(sizeof(Blocks), alignof(Blocks))) Blocks(arena, block);
-        blocks->Add(arena, description);
         return;
     }
     const Entry entry = MakeEntry(arena, description);

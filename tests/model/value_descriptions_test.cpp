@@ -159,7 +159,7 @@ TEST(ValueDescriptions, AgreesWithAPlainMap) {
 
 // A text that is long is kept in another way.
 TEST(ValueDescriptions, TextsMayHaveAnyLength) {
-    for (const size_t length : {0U, 1U, 65'534U, 65'535U, 65'536U, 65'537U, 200'000U}) {
+    for (const size_t length : {0U, 1U, 32'767U, 32'768U, 65'534U, 65'535U, 65'536U, 200'000U}) {
         SCOPED_TRACE(length);
         const std::string text = std::string(length, 't') + "e";
         OwnValueDescriptions descriptions;
@@ -169,6 +169,13 @@ TEST(ValueDescriptions, TextsMayHaveAnyLength) {
         descriptions.Add(2, "more");
         descriptions.Add(2, text);
         EXPECT_EQ(KeptOf(descriptions), Pairs({{1, text}, {2, text + " - more - " + text}}));
+        OwnValueDescriptions together;
+        AddTogether(together, {{3, text}});
+        EXPECT_EQ(KeptOf(together), Pairs({{3, text}}));
+        OwnValueDescriptions both;
+        AddTogether(both, {{3, text}, {4, text}});
+        both.Add(4, "more");
+        EXPECT_EQ(KeptOf(both), Pairs({{3, text}, {4, text + " - more"}}));
     }
 }
 
