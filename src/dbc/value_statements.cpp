@@ -78,32 +78,16 @@ std::string_view Between(std::string_view line, size_t begin, size_t end) {
     return {line.data() + begin, end - begin};
 }
 
-// What stands in front of a quote, as a number. Nearly every one is a few digits between two blanks.
-bool ParseValue(std::string_view text, int32_t& value) {
-    constexpr size_t kMostDigits = 9;
-    if (text.size() < 3 || text.size() > kMostDigits + 2 || text.front() != ' ' || text.back() != ' ') {
-        return ToI32(text, value);
-    }
-    uint32_t number = 0;
-    bool isPlain = true;
-    for (const char c : Between(text, 1, text.size() - 1)) {
-        isPlain &= IsDigit(c);
-        number = number * 10 + static_cast<uint32_t>(c - '0');
-    }
-    value = static_cast<int32_t>(number);
-    return isPlain || ToI32(text, value);
-}
-
 // Takes the next descriptions of a line. Nothing checks the closing semicolon: behind the last one there is simply no
 // further quote.
 void ParseDescriptions(std::string_view line, size_t& position, Descriptions& descriptions) {
     descriptions.clear();
     while (position < line.size() && descriptions.size() < kMostAtATime) {
-        size_t quote = FindNear(line, '"', position);
+        size_t quote = kNpos;
         int32_t value = 0;
         // What stands in front of a quote and is no number is passed over; the text behind that quote is then tried as
         // the next value.
-        if (quote != kNpos && ParseValue(Between(line, position, quote), value)) {
+        if (I32UntilChar(line, position, '"', value, quote)) {
             const size_t begin = quote + 1;
             quote = FindNear(line, '"', begin);
             descriptions.push_back({value, quote != kNpos ? Between(line, begin, quote) : std::string_view()});

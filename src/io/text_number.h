@@ -127,15 +127,19 @@ inline bool U32UntilChar(std::string_view text, size_t pos, char delimiter, uint
 }
 
 inline bool I32UntilChar(std::string_view text, size_t pos, char delimiter, int32_t& value, size_t& found) {
-    size_t first = FindNonBlank(text, pos);
-    if (HasRoom(text, first, kRoomForSigned)) {
-        const bool negative = text[first] == '-';
-        first += negative ? 1 : 0;
-        const LeadingDigits digits(HeadAt(text.data() + first));
-        found = FindNonBlank(text, first + digits.count);
-        if (digits.AreAll() && found != kNpos && text[found] == delimiter) {
+    // With one blank at each end, as in VAL_ statements.
+    if (HasRoom(text, pos, 1 + kRoomForSigned + 1)) {
+        const char* end = text.data() + pos;
+        end += *end == ' ' ? 1 : 0;
+        const bool negative = *end == '-';
+        end += negative ? 1 : 0;
+        const LeadingDigits digits(HeadAt(end));
+        end += digits.count;
+        end += *end == ' ' ? 1 : 0;
+        if (digits.AreAll() && *end == delimiter) {
             const auto magnitude = static_cast<int32_t>(digits.value);
             value = negative ? -magnitude : magnitude;
+            found = static_cast<size_t>(end - text.data());
             return true;
         }
     }

@@ -57,6 +57,14 @@ constexpr DescriptionCase kDescriptionCases[] = {
     {R"(VAL_ 100 S -2147483649 "less" 1 "x";)", "1=x"},
     {R"(VAL_ 100 S 99999999999999999999 "far" 1 "x";)", "1=x"},
     {R"(VAL_ 100 S +2 "plus" 007 "zeros" -0 "minus";)", "0=minus|2=plus|7=zeros"},
+    {R"(VAL_ 100 S 1234567 "seven" 12345678 "eight" 123456789 "nine" 1 "x";)",
+     "1=x|1234567=seven|12345678=eight|123456789=nine"},
+    {R"(VAL_ 100 S 1234567 "";)", "1234567="},
+    {R"(VAL_ 100 S 12345678 "";)", "12345678="},
+    // With anything but one blank around them.
+    {R"(VAL_ 100 S  1 "two blanks"  22  "and two" 3"none"4 "none" -5 "sign" 6a "letter" 7  "x";)",
+     "-5=sign|1=two blanks|3=none|4=none|6=letter|7=x|22=and two"},
+    {"VAL_ 100 S\t1\t\"tabs\"\t2 \"x\" 3\t\"y\" 4 \"far from the end\";", "1=tabs|2=x|3=y|4=far from the end"},
     {R"(VAL_ 100 S 1.9 "point" 0x10 "hex" 3e2 "power" 4,5 "comma";)", "0=hex|1=point|3=power|4=comma"},
     // A text where a number should be is passed over, and so is its description, because that is the next one tried.
     {R"(VAL_ 100 S abc "x" 3 "y";)", "3=y"},
