@@ -5,7 +5,9 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "io/io_test_support.h"
 #include "model/can_signal.h"
 #include "model/own_arena.h"
 #include "shown.h"
@@ -139,6 +141,247 @@ TEST(SignalStatement, NameAndMultiplexerAreToldApart) {
         EXPECT_EQ(signal.multiplexKind, row.multiplexKind);
         EXPECT_EQ(signal.multiplexValue, row.multiplexValue);
         EXPECT_EQ(signal.length, 8U);
+    }
+}
+
+// What stands in front of the colon is mostly short and plain, and read in a way of its own then.
+TEST(SignalStatement, ShortNamesAndMultiplexers) {
+    const Name kRows[] = {
+        {"SG_ Speed", "Speed", "Speed", 0, 0},
+        {"SG_ Speed ", "Speed", "Speed", 0, 0},
+        {"SG_   Speed   ", "Speed", "Speed", 0, 0},
+        {"SG_\t\tSpeed\t\t", "Speed", "Speed", 0, 0},
+        {"SG_\r\nSpeed\v\f", "Speed", "Speed", 0, 0},
+        {"SG_ _ ", "_", "_", 0, 0},
+        {"SG_ _m5 ", "_m5", "_m5", 0, 0},
+        {"SG_ Speed M", "Speed", "Speed", 1, 0},
+        {"SG_ Speed  M  ", "Speed", "Speed", 1, 0},
+        {"SG_ Speed\tM\t", "Speed", "Speed", 1, 0},
+        {"SG_ Speed\nM\n", "Speed", "Speed", 1, 0},
+        {"SG_ Speed M \v ", "Speed", "Speed", 1, 0},
+        {"SG_ Speed m5", "Speed", "Speed", 2, 5},
+        {"SG_ Speed  m5  ", "Speed", "Speed", 2, 5},
+        {"SG_ Speed\tm5", "Speed", "Speed", 2, 5},
+        {"SG_ Speed \t m5 \t ", "Speed", "Speed", 2, 5},
+        {"SG_ Speed\nm5 ", "Speed", "Speed", 2, 5},
+        {"SG_ Speed\v\f\r\nm5\t", "Speed", "Speed", 2, 5},
+        {"SG_\nSpeed m5", "Speed", "Speed", 2, 5},
+
+        // Behind a value, a blank other than space and tab makes a name of all of it.
+        {"SG_ Speed m5\n", "Speed m5", "Speed_m5", 0, 0},
+        {"SG_ Speed m5 \n", "Speed m5", "Speed_m5", 0, 0},
+        {"SG_ Speed m5\n ", "Speed m5", "Speed_m5", 0, 0},
+        {"SG_ Speed m5\t\v", "Speed m5", "Speed_m5", 0, 0},
+        {"SG_ Speed m5\f\t", "Speed m5", "Speed_m5", 0, 0},
+        {"SG_ Speed m5\r\n", "Speed m5", "Speed_m5", 0, 0},
+        {"SG_ Speed m5\r", "Speed m5", "Speed_m5", 0, 0},
+
+        // Names that look like a multiplexer at the beginning.
+        {"SG_ mode ", "mode", "mode", 0, 0},
+        {"SG_ Mode ", "Mode", "Mode", 0, 0},
+        {"SG_ mode m5 ", "mode", "mode", 2, 5},
+        {"SG_ Mode m5 ", "Mode", "Mode", 2, 5},
+        {"SG_ mode M ", "mode", "mode", 1, 0},
+        {"SG_ Mode M ", "Mode", "Mode", 1, 0},
+        {"SG_ Mm ", "Mm", "Mm", 0, 0},
+        {"SG_ M5 ", "M5", "M5", 0, 0},
+        {"SG_ M5 m5 ", "M5", "M5", 2, 5},
+        {"SG_ m5x ", "", "", 2, 5},
+        {"SG_ m5x M ", "m5x", "m5x", 1, 0},
+        {"SG_ m5 m6 ", "m5", "m5", 2, 6},
+        {"SG_ m5 M ", "m5", "m5", 1, 0},
+        {"SG_ M M m5 ", "M M", "M_M", 2, 5},
+
+        // The multiplexer alone leaves no name. It needs a blank in front.
+        {"SG_ M", "", "", 1, 0},
+        {"SG_ M  ", "", "", 1, 0},
+        {"SG_\tM\n", "", "", 1, 0},
+        {"SG_ m5", "", "", 2, 5},
+        {"SG_\tm5\t", "", "", 2, 5},
+        {"SG_  m5  ", "", "", 2, 5},
+        {"SG_ m5\n", "m5", "m5", 0, 0},
+        {"SG_ m", "m", "m", 0, 0},
+
+        // Names that are no identifiers.
+        {"SG_ 5 ", "5", "_", 0, 0},
+        {"SG_ 5m ", "5m", "_m", 0, 0},
+        {"SG_ 5peed ", "5peed", "_peed", 0, 0},
+        {"SG_ 5peed M ", "5peed", "_peed", 1, 0},
+        {"SG_ 5peed m5 ", "5peed", "_peed", 2, 5},
+        {"SG_ 123 m5 ", "123", "_23", 2, 5},
+        {"SG_ Sp-eed m5 ", "Sp-eed", "Sp_eed", 2, 5},
+        {"SG_ \"Speed\" M ", "\"Speed\"", "_Speed_", 1, 0},
+        {"SG_ L\xC3\xA4nge", "L\xC3\xA4nge", "L_nge", 0, 0},
+        {"SG_ L\xC3\xA4nge M ", "L\xC3\xA4nge", "L_nge", 1, 0},
+        {"SG_ L\xC3\xA4nge m5 ", "L\xC3\xA4nge", "L_nge", 2, 5},
+        {"SG_ \xE2\x82\xAC m5 ", "\xE2\x82\xAC", "_", 2, 5},
+        {"SG_ Speed m\xC3\xA4 ", "Speed m\xC3\xA4", "Speed_m_", 0, 0},
+
+        // Behind the name stands something else.
+        {"SG_ Speed m", "Speed m", "Speed_m", 0, 0},
+        {"SG_ Speed m ", "Speed m", "Speed_m", 0, 0},
+        {"SG_ Speed mM", "Speed mM", "Speed_mM", 0, 0},
+        {"SG_ Speed Mm", "Speed Mm", "Speed_Mm", 0, 0},
+        {"SG_ Speed MM", "Speed MM", "Speed_MM", 0, 0},
+        {"SG_ Speed mm5", "Speed mm5", "Speed_mm5", 0, 0},
+        {"SG_ Speed m3M", "Speed m3M", "Speed_m3M", 0, 0},
+        {"SG_ Speed M5", "Speed M5", "Speed_M5", 0, 0},
+        {"SG_ Speed M x", "Speed M x", "Speed_M_x", 0, 0},
+        {"SG_ Speed x M", "Speed x", "Speed_x", 1, 0},
+        {"SG_ Speed x m5", "Speed x", "Speed_x", 2, 5},
+        {"SG_ Speed m1 m2", "Speed m1", "Speed_m1", 2, 2},
+        {"SG_ Speed m1 x", "Speed", "Speed", 2, 1},  // an "x" may stand in a value
+        {"SG_ Speed m1 y", "Speed m1 y", "Speed_m1_y", 0, 0},
+        {"SG_ Speed m1 2", "Speed", "Speed", 2, 1},
+        {"SG_ Speed m1 aF", "Speed", "Speed", 2, 1},
+        {"SG_ Speed m1_", "Speed m1_", "Speed_m1_", 0, 0},
+        {"SG_ Speed m1F", "Speed", "Speed", 2, 1},
+        {"SG_ Speed m0x10", "Speed", "Speed", 2, 0},
+        {"SG_ Speed mx10", "Speed mx10", "Speed_mx10", 0, 0},
+        {"SG_ Speed m+5", "Speed m+5", "Speed_m_5", 0, 0},
+        {"SG_ Speed m-5", "Speed m-5", "Speed_m_5", 0, 0},
+        {"SG_ Speed m 5", "Speed", "Speed", 2, 5},
+        {"SG_ Speed m\t5", "Speed", "Speed", 2, 5},
+        {"SG_ Speed m\n5", "Speed m 5", "Speed_m_5", 0, 0},
+        {"SG_ Speed 5", "Speed 5", "Speed_5", 0, 0},
+        {"SG_ Speed x", "Speed x", "Speed_x", 0, 0},
+        {"SG_ Speed _", "Speed _", "Speed__", 0, 0},
+        {"SG_ Two Words", "Two Words", "Two_Words", 0, 0},
+
+        // Values of 8, 9, 10 and 11 digits.
+        {"SG_ S m12345678", "S", "S", 2, 12345678},
+        {"SG_ S m123456789", "S", "S", 2, 123456789},
+        {"SG_ S m999999999", "S", "S", 2, 999999999},
+        {"SG_ S m1234567890", "S", "S", 2, 1234567890},
+        {"SG_ S m4294967295", "S", "S", 2, 4294967295U},
+        {"SG_ S m4294967296", "S m4294967296", "S_m4294967296", 0, 0},
+        {"SG_ S m9999999999", "S m9999999999", "S_m9999999999", 0, 0},
+        {"SG_ S m00000000012", "S", "S", 2, 12},
+        {"SG_ S m000000012", "S", "S", 2, 12},
+        {"SG_ S m12345678901", "S m12345678901", "S_m12345678901", 0, 0},
+        {"SG_ S m18446744073709551621", "S m18446744073709551621", "S_m18446744073709551621", 0, 0},
+    };
+    for (const Name& row : kRows) {
+        SCOPED_TRACE(Shown(row.line));
+        OwnSignal signal;
+        ASSERT_TRUE(signal.ParseLine(row.line + kRest));
+        EXPECT_EQ(signal.name, row.name);
+        EXPECT_EQ(signal.identifierName, row.identifierName);
+        EXPECT_EQ(signal.multiplexKind, row.multiplexKind);
+        EXPECT_EQ(signal.multiplexValue, row.multiplexValue);
+    }
+}
+
+// With 30 to 34 characters in front of the colon, the blanks included.
+TEST(SignalStatement, NamesAroundThirtyTwoCharacters) {
+    const Name kRows[] = {
+        {"SG_ Abcdefghijklopqrstuvwxyz_0123", "Abcdefghijklopqrstuvwxyz_0123", "Abcdefghijklopqrstuvwxyz_0123", 0, 0},
+        {"SG_ Abcdefghijklopqrstuvwxyz_01234", "Abcdefghijklopqrstuvwxyz_01234", "Abcdefghijklopqrstuvwxyz_01234", 0,
+         0},
+        {"SG_ Abcdefghijklopqrstuvwxyz_012345", "Abcdefghijklopqrstuvwxyz_012345", "Abcdefghijklopqrstuvwxyz_012345", 0,
+         0},
+        {"SG_ Abcdefghijklopqrstuvwxyz_0123456", "Abcdefghijklopqrstuvwxyz_0123456", "Abcdefghijklopqrstuvwxyz_0123456",
+         0, 0},
+        {"SG_ Abcdefghijklopqrstuvwxyz_01234567", "Abcdefghijklopqrstuvwxyz_01234567",
+         "Abcdefghijklopqrstuvwxyz_0123456", 0, 0},
+        {"SG_ Abcdefghijklopqrstuvwxyz_01 M", "Abcdefghijklopqrstuvwxyz_01", "Abcdefghijklopqrstuvwxyz_01", 1, 0},
+        {"SG_ Abcdefghijklopqrstuvwxyz_012 M", "Abcdefghijklopqrstuvwxyz_012", "Abcdefghijklopqrstuvwxyz_012", 1, 0},
+        {"SG_ Abcdefghijklopqrstuvwxyz_0123 M", "Abcdefghijklopqrstuvwxyz_0123", "Abcdefghijklopqrstuvwxyz_0123", 1, 0},
+        {"SG_ Abcdefghijklopqrstuvwxyz_01234 M", "Abcdefghijklopqrstuvwxyz_01234", "Abcdefghijklopqrstuvwxyz_01234", 1,
+         0},
+        {"SG_ Abcdefghijklopqrstuvwxyz_0 m7", "Abcdefghijklopqrstuvwxyz_0", "Abcdefghijklopqrstuvwxyz_0", 2, 7},
+        {"SG_ Abcdefghijklopqrstuvwxyz_01 m7", "Abcdefghijklopqrstuvwxyz_01", "Abcdefghijklopqrstuvwxyz_01", 2, 7},
+        {"SG_ Abcdefghijklopqrstuvwxyz_012 m7", "Abcdefghijklopqrstuvwxyz_012", "Abcdefghijklopqrstuvwxyz_012", 2, 7},
+        {"SG_ Abcdefghijklopqrstuvwxyz_0 m78", "Abcdefghijklopqrstuvwxyz_0", "Abcdefghijklopqrstuvwxyz_0", 2, 78},
+        {"SG_ Abcdefghijklopqrstuvwxyz_0 m7 ", "Abcdefghijklopqrstuvwxyz_0", "Abcdefghijklopqrstuvwxyz_0", 2, 7},
+        {"SG_ Abcdefghijklopqrstuvwxyz_0 m7  ", "Abcdefghijklopqrstuvwxyz_0", "Abcdefghijklopqrstuvwxyz_0", 2, 7},
+        {"SG_ Abcdefghijklopqrstuvwxyz_0 m7\n", "Abcdefghijklopqrstuvwxyz_0 m7", "Abcdefghijklopqrstuvwxyz_0_m7", 0, 0},
+        {"SG_ Abcdefghijklopqrstuvwxyz_0 m7x", "Abcdefghijklopqrstuvwxyz_0", "Abcdefghijklopqrstuvwxyz_0", 2, 7},
+        {"SG_ Abcdefghijklopqrstuvwxyz_0 m7M", "Abcdefghijklopqrstuvwxyz_0 m7M", "Abcdefghijklopqrstuvwxyz_0_m7M", 0,
+         0},
+        {"SG_                               S", "S", "S", 0, 0},
+        {"SG_ S                             M", "S", "S", 1, 0},
+        {"SG_ S                            m7", "S", "S", 2, 7},
+        {"SG_                            S m7", "S", "S", 2, 7},
+    };
+    for (const Name& row : kRows) {
+        SCOPED_TRACE(Shown(row.line) + " of " + std::to_string(row.line.size() - 3));
+        OwnSignal signal;
+        ASSERT_TRUE(signal.ParseLine(row.line + kRest));
+        EXPECT_EQ(signal.name, row.name);
+        EXPECT_EQ(signal.identifierName, row.identifierName);
+        EXPECT_EQ(signal.multiplexKind, row.multiplexKind);
+        EXPECT_EQ(signal.multiplexValue, row.multiplexValue);
+    }
+}
+
+// The first colon ends the name, whatever comes behind.
+TEST(SignalStatement, OnlyTheFirstColonEndsTheName) {
+    for (const std::string_view front : {"SG_ Speed m5 ", "SG_ Speed m5", "SG_                          Speed m5 "}) {
+        for (const std::string_view bits : {"0|8@1+", ":0|8@1+", " : 0|8@1+", " M : 0|8@1+", "::0|8@1+"}) {
+            const std::string line = std::string(front).append(":").append(bits).append(" (1,0) [0|1] \":\" A:B");
+            SCOPED_TRACE(line);
+            OwnSignal signal;
+            // Text in front of the start bit is none.
+            const bool isRead = bits.front() == '0';
+            ASSERT_EQ(signal.ParseLine(line), isRead);
+            EXPECT_EQ(signal.name, isRead ? "Speed" : "");
+            EXPECT_EQ(signal.multiplexValue, isRead ? 5U : 0U);
+            EXPECT_EQ(signal.unit, isRead ? ":" : "");
+            EXPECT_EQ(signal.receivers.Joined(), isRead ? "A_B" : "");
+        }
+    }
+}
+
+// A statement that ends with its first colon, or has none, is refused with nothing left of it, be it short or long.
+TEST(SignalStatement, NothingIsLeftOfANameWithoutAnythingBehind) {
+    for (const std::string_view text :
+         {"S", "S ", "S M", "S m5", "S m5 ", "Two Words m5", "M", "", "   ", "L\xC3\xA4nge m5"}) {
+        for (const size_t blanks : {1, 25, 28, 29, 30, 31, 32, 40}) {
+            for (const std::string_view end : {"", ":"}) {
+                const std::string line = "SG_" + std::string(blanks, ' ') + std::string(text).append(end);
+                SCOPED_TRACE(Shown(line));
+                OwnSignal signal;
+                EXPECT_FALSE(signal.ParseLine(line));
+                EXPECT_TRUE(signal.invalid);
+                EXPECT_EQ(signal.name, "");
+                EXPECT_EQ(signal.nameAsRead, "");
+                EXPECT_EQ(signal.identifierName, "");
+                EXPECT_EQ(signal.multiplexKind, 0U);
+                EXPECT_EQ(signal.multiplexValue, 0U);
+                EXPECT_EQ(signal.parseErrors.Codes(), std::vector<uint32_t>{3});
+            }
+        }
+    }
+}
+
+// More blanks in front make a text that is no short one, and mean nothing.
+TEST(SignalStatement, ShortAndLongTextsReadTheSame) {
+    static constexpr std::string_view kPieces[] = {"S", "m", "M",  " M", " m12", "m5", "5",        "x", "_",
+                                                   " ", " ", "\t", "\n", "0",    "Ab", "\xC3\xA4", "-"};
+    Random random(17);
+    const std::string blanks(40, ' ');
+    size_t kinds[3] = {};
+    for (int round = 0; round < 30000; ++round) {
+        std::string text;
+        for (size_t i = random.Below(8); i > 0; --i) {
+            text += kPieces[random.Below(std::size(kPieces))];
+        }
+        SCOPED_TRACE(Shown(text));
+        OwnSignal shortOne;
+        OwnSignal longOne;
+        ASSERT_TRUE(shortOne.ParseLine("SG_ " + text + kRest));
+        ASSERT_TRUE(longOne.ParseLine("SG_ " + blanks + text + kRest));
+        ASSERT_EQ(shortOne.nameAsRead, longOne.nameAsRead);
+        ASSERT_EQ(shortOne.name, longOne.name);
+        ASSERT_EQ(shortOne.identifierName, longOne.identifierName);
+        ASSERT_EQ(shortOne.multiplexKind, longOne.multiplexKind);
+        ASSERT_EQ(shortOne.multiplexValue, longOne.multiplexValue);
+        ASSERT_EQ(shortOne.WriteDefinitionLine(), longOne.WriteDefinitionLine());
+        ++kinds[shortOne.multiplexKind];
+    }
+    for (const size_t count : kinds) {
+        EXPECT_GT(count, 1000U);
     }
 }
 

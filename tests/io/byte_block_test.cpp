@@ -86,6 +86,32 @@ TYPED_TEST(ByteBlocks, MarkOneByteInEveryPlace) {
     }
 }
 
+TYPED_TEST(ByteBlocks, MarkLettersInEveryPlace) {
+    for (int byte = 0; byte < 256; ++byte) {
+        const bool isLetter = (byte >= 0x41 && byte <= 0x5A) || (byte >= 0x61 && byte <= 0x7A);
+        for (size_t place = 0; place < kSize; ++place) {
+            const uint32_t here = 1U << place;
+            std::array<char, kSize> text;
+            text.fill('_');
+            text[place] = static_cast<char>(byte);
+            ASSERT_EQ(TypeParam(text.data()).Letters(), isLetter ? here : 0U) << byte << " in place " << place;
+            text.fill('k');
+            text[place] = static_cast<char>(byte);
+            ASSERT_EQ(TypeParam(text.data()).Letters(), isLetter ? 0xFFFFU : 0xFFFFU - here)
+                << byte << " in place " << place;
+        }
+    }
+}
+
+// Several answers together.
+TYPED_TEST(ByteBlocks, AnswersAreJoined) {
+    const TypeParam block("aB3_ \t\xC3\xFFzZ9:@[`{");
+    EXPECT_EQ(block.Letters() | block.Equal('_'), 0x030BU);
+    EXPECT_EQ(block.Letters() | block.Between('0', '9') | block.BeyondAscii(), 0x07C7U);
+    EXPECT_EQ(block.Equal(' ') | block.Equal('\t') | block.Equal('{'), 0x8030U);
+    EXPECT_EQ(block.Equal('x') | block.Equal('y'), 0U);
+}
+
 TYPED_TEST(ByteBlocks, MarkWhatIsBeyondAsciiInEveryPlace) {
     for (int byte = 0; byte < 256; ++byte) {
         for (size_t place = 0; place < kSize; ++place) {

@@ -8,6 +8,7 @@
 
 #include "io/dbc_file_stream.h"
 #include "io/io_test_support.h"
+#include "io/line_buffer.h"
 #include "io/open_stream.h"
 #include "io/system_faults_posix.h"
 
@@ -242,6 +243,37 @@ TEST(ReadFault, IsForgottenWithTheNextFile) {
     stream.Close();
     EXPECT_EQ(stream.Status(), FileStatus::Closed);
     ExpectAllClosed(faults);
+}
+
+// The line that is lost is longer than the text before it, so that its places lie behind the end of that.
+TEST(ReadFault, KeywordsOfTheLostLineDoNotCount) {
+    for (const std::string_view lost :
+         {"x SG_ BO_ SG_ BO_ SG_ BO_ SG_ BO_ SG_ ", "BO_ \x01SG_ \xE4 N R _ SG_ SG_ SG_ "}) {
+        for (const std::string_view first : {"BO_ 1 A\n", "CM_ BO_ 1 \"x\n", "CM_ x;\n"}) {
+            SCOPED_TRACE(Shown(first) + " in front of " + Shown(lost));
+            const std::string bytes = std::string(first).append(lost);
+            const TempFile path(bytes);
+            SystemFaults faults;
+            faults.Script(SystemCall::Read, {Moves(bytes.size()), Fails(EIO)});
+            File file;
+            ASSERT_TRUE(file.OpenForReading(path.Path()));
+            LineBuffer buffer(file);
+            ASSERT_EQ(buffer.ReadLine(), LineBuffer::Result::Line);
+            for (int i = 0; i < 3; ++i) {
+                EXPECT_EQ(buffer.ReadLine(), LineBuffer::Result::Failed);
+                EXPECT_EQ(buffer.Text(), first);
+                size_t place = 77;
+                EXPECT_FALSE(buffer.NextKeywordEnd(place)) << place;
+            }
+            file.Close();
+            ExpectPlayed(faults);
+
+            faults.Script(SystemCall::Read, {Moves(bytes.size()), Fails(EIO)});
+            const Reading reading = ReadFile(path.Path());
+            EXPECT_EQ(reading.statements, (std::vector<Delivered>{{std::string(first), 1}}));
+            EXPECT_EQ(reading.status, FileStatus::Failed);
+        }
+    }
 }
 
 // --- Opening

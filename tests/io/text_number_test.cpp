@@ -383,6 +383,101 @@ void CheckPointIsAPoint() {
 
 // --- Digits, and numbers in front of a delimiter
 
+TEST(LeadingDigits, OfEightCharacters) {
+    const struct {
+        std::string_view text;
+        size_t count;
+        uint64_t value;
+    } rows[] = {
+        {"abcdefgh", 0, 0},
+        {"-1234567", 0, 0},
+        {" 1234567", 0, 0},
+        {"/1234567", 0, 0},
+        {":1234567", 0, 0},
+        {"\xFF\x31\x32xxxxx", 0, 0},
+        {"\x8A\x31xxxxxx", 0, 0},
+        {"\xB0\xB1\xB2xxxxx", 0, 0},
+        {"0xxxxxxx", 1, 0},
+        {"7|12345,", 1, 7},
+        {"9/999999", 1, 9},
+        {"9:999999", 1, 9},
+        {"42 34567", 2, 42},
+        {"99.99999", 2, 99},
+        {"007abcde", 3, 7},
+        {"12345678", 8, 12345678},
+        {"1234|567", 4, 1234},
+        {"12345@67", 5, 12345},
+        {"123456)7", 6, 123456},
+        {"1234567]", 7, 1234567},
+        {"99999999", 8, 99999999},
+        {"00000000", 8, 0},
+        {"0000001 ", 7, 1},
+        {"98765432", 8, 98765432},
+        {"12\0"
+         "34567"sv,
+         2, 12},
+        {"12\xFF"
+         "34567",
+         2, 12},
+        {"9876543\x8A", 7, 9876543},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(Shown(row.text));
+        ASSERT_EQ(row.text.size(), 8U);
+        const LeadingDigits digits(HeadAt(row.text.data()));
+        EXPECT_EQ(digits.count, row.count);
+        EXPECT_EQ(digits.value, row.value);
+        EXPECT_EQ(digits.AreAll(), row.count >= 1 && row.count <= 7);
+    }
+}
+
+TEST(LeadingDigits, OfShorterTexts) {
+    const struct {
+        std::string_view text;
+        size_t count;
+        uint64_t value;
+    } rows[] = {
+        {"", 0, 0},           {"x", 0, 0},       {"5", 1, 5},         {"50", 2, 50},         {"5x", 1, 5},
+        {"507", 3, 507},      {"5070", 4, 5070}, {"50709", 5, 50709}, {"507091", 6, 507091}, {"5070912", 7, 5070912},
+        {"50709x", 5, 50709},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(Shown(row.text));
+        const LeadingDigits digits(HeadOf(row.text));
+        EXPECT_EQ(digits.count, row.count);
+        EXPECT_EQ(digits.value, row.value);
+        EXPECT_EQ(digits.AreAll(), row.count != 0);
+    }
+}
+
+// Whatever ends the digits, and whatever comes behind that.
+TEST(LeadingDigits, EveryByteBehindEveryNumberOfDigits) {
+    constexpr uint64_t kValues[2][8] = {{0, 1, 19, 190, 1909, 19090, 190909, 1909090},
+                                        {0, 9, 99, 999, 9999, 99999, 999999, 9999999}};
+    constexpr std::string_view kDigits[2] = {"1909090", "9999999"};
+    size_t checked = 0;
+    for (size_t i = 0; i < 2; ++i) {
+        for (size_t count = 0; count < 8; ++count) {
+            for (int byte = 0; byte < 256; ++byte) {
+                if (byte >= '0' && byte <= '9') {
+                    continue;
+                }
+                for (const char behind : {'\0', '0', '9', ':', 'x', '\x80', '\x8A', '\xC6', '\xFF'}) {
+                    std::string text(8, behind);
+                    text.replace(0, count, kDigits[i].substr(0, count));
+                    text[count] = static_cast<char>(byte);
+                    const LeadingDigits digits(HeadAt(text.data()));
+                    ASSERT_EQ(digits.count, count) << Shown(text);
+                    ASSERT_EQ(digits.value, kValues[i][count]) << Shown(text);
+                    ASSERT_EQ(digits.AreAll(), count != 0) << Shown(text);
+                    ++checked;
+                }
+            }
+        }
+    }
+    EXPECT_EQ(checked, 2U * 8U * 246U * 9U);
+}
+
 TEST(TakeDigits, TakesThoseAtTheFront) {
     const struct {
         std::string_view text;
@@ -416,6 +511,31 @@ TEST(TakeDigits, TakesThoseAtTheFront) {
         EXPECT_EQ(TakeDigits(text, number), row.count);
         EXPECT_EQ(number, row.number);
         EXPECT_EQ(text, row.rest);
+    }
+}
+
+// From none to more than 64 bits hold, with a number in front of them, in memory of just their size.
+TEST(TakeDigits, TakesAnyNumberOfThem) {
+    constexpr std::string_view kDigits = "9018273645546372819012345";
+    for (const uint64_t before : {uint64_t{0}, uint64_t{1}, uint64_t{42}, uint64_t{18446744073709551615U}}) {
+        for (size_t count = 0; count <= kDigits.size(); ++count) {
+            // Digit by digit; what does not fit any more wraps around.
+            uint64_t expected = before;
+            for (size_t i = 0; i < count; ++i) {
+                expected = expected * 10 + static_cast<uint64_t>(kDigits[i] - '0');
+            }
+            for (const std::string_view behind :
+                 {"", ".", ":", "/", " 1", "x1234567", "\xFF\x31\x31", "\x8A", "-123456789"}) {
+                const std::string text = std::string(kDigits.substr(0, count)).append(behind);
+                SCOPED_TRACE(Shown(text) + " behind " + std::to_string(before));
+                const std::vector<char> bytes(text.begin(), text.end());
+                std::string_view rest(bytes.data(), bytes.size());
+                uint64_t number = before;
+                ASSERT_EQ(TakeDigits(rest, number), count);
+                ASSERT_EQ(number, expected);
+                ASSERT_EQ(rest, behind);
+            }
+        }
     }
 }
 
@@ -483,6 +603,36 @@ TEST(U32UntilChar, IsTheNumberInFrontOfTheDelimiter) {
     CheckUntilChar(U32UntilChar, rows);
 }
 
+TEST(I32UntilChar, IsTheNumberInFrontOfTheDelimiter) {
+    const UntilRow<int32_t> rows[] = {
+        {"12;8|", 0, ';', true, 12, 2},
+        {"12;8|", 1, ';', true, 2, 2},
+        {"12;8|", 3, '|', true, 8, 4},
+        {"12;8|", 0, '|', true, 12, 4},
+        {"-12;-8|", 0, ';', true, -12, 3},
+        {"-12;-8|", 4, '|', true, -8, 6},
+        {" \t\n-7;", 0, ';', true, -7, 5},
+        {"-7 ;", 0, ';', true, -7, 3},
+        {"1 2;", 0, ';', true, 1, 3},
+        {"12.5;", 0, ';', true, 12, 4},
+        {"2147483647;", 0, ';', true, 2147483647, 10},
+        {"-2147483648;", 0, ';', true, std::numeric_limits<int32_t>::min(), 11},
+        {"2147483648;", 0, ';', false, 0, 10},
+        {"-2147483649;", 0, ';', false, 0, 11},
+        {";", 0, ';', false, 0, 0},
+        {" ;", 0, ';', false, 0, 1},
+        {"x5;", 0, ';', false, 0, 2},
+        {"- 5;", 0, ';', false, 0, 3},
+        {"", 0, ';', false, 0, kNpos},
+        {"12", 0, ';', false, 0, kNpos},
+        {"12;", 2, '|', false, 0, kNpos},
+        {"12;", 3, ';', false, 0, kNpos},
+        {"12;", 4, ';', false, 0, kNpos},
+        {"12;", kNpos, ';', false, 0, kNpos},
+    };
+    CheckUntilChar(I32UntilChar, rows);
+}
+
 TEST(DoubleUntilChar, IsTheNumberInFrontOfTheDelimiter) {
     const UntilRow<double> rows[] = {
         {"0.5,-40)", 0, ',', true, 0.5, 3},
@@ -545,6 +695,235 @@ TEST(DoubleUntilChar, TakesNotANumber) {
     EXPECT_EQ(found, 3U);
 }
 
+// --- The same wherever the text ends: what is plain and has room behind it is read in a way of its own
+
+template <typename Number>
+struct InFrontRow {
+    std::string_view text;
+    bool taken;
+    Number value;
+};
+
+bool AreSame(double a, double b) {
+    return a == b && std::signbit(a) == std::signbit(b);
+}
+template <typename Number>
+bool AreSame(Number a, Number b) {
+    return a == b;
+}
+
+template <typename Number>
+void CheckOneInFront(bool (*convert)(std::string_view, size_t, char, Number&, size_t&), const InFrontRow<Number>& row,
+                     std::string_view before, std::string_view behind) {
+    const std::string whole = std::string(before).append(row.text).append(behind);
+    SCOPED_TRACE(Shown(whole) + " from " + std::to_string(before.size()));
+    const std::vector<char> bytes(whole.begin(), whole.end());
+    const bool isThere = !behind.empty();
+    Number value = 77;
+    size_t found = 77;
+    EXPECT_EQ(convert({bytes.data(), bytes.size()}, before.size(), '|', value, found), isThere && row.taken);
+    EXPECT_TRUE(AreSame(value, isThere ? row.value : Number{0})) << value << " instead of " << row.value;
+    EXPECT_EQ(found, isThere ? before.size() + row.text.size() : kNpos);
+}
+
+// The text ends 0 to 18 characters behind the number: with the delimiter, if there is a character at all.
+template <typename Number, size_t Count>
+void CheckWhereverTheTextEnds(bool (*convert)(std::string_view, size_t, char, Number&, size_t&),
+                              const InFrontRow<Number> (&rows)[Count]) {
+    for (const std::string_view filler :
+         {"|123456789012345678", "|abcdefghijklmnopqr", "||||||||||||||||||||", "|.5|-6.25|+7|8e3|12",
+          "|\xFF\xB1\x8A \xFF\xB1\x8A \xFF\xB1\x8A \xFF\xB1\x8A \xFF\xB1\x8A "}) {
+        for (const auto& row : rows) {
+            for (size_t size = 0; size <= 18; ++size) {
+                CheckOneInFront(convert, row, "", filler.substr(0, size));
+                CheckOneInFront(convert, row, "12345678|", filler.substr(0, size));
+            }
+        }
+    }
+}
+
+TEST(U32UntilChar, IsTheSameWhereverTheTextEnds) {
+    const InFrontRow<uint32_t> rows[] = {
+        {"", false, 0},
+        {" ", false, 0},
+        {"0", true, 0},
+        {"7", true, 7},
+        {"63", true, 63},
+        {"123456", true, 123456},
+        {"1234567", true, 1234567},
+        {"9999999", true, 9999999},
+        {"12345678", true, 12345678},
+        {"99999999", true, 99999999},
+        {"123456789", true, 123456789},
+        {"1234567890", true, 1234567890},
+        {"4294967295", true, 4294967295U},
+        {"4294967296", false, 0},
+        {"0000000", true, 0},
+        {"0000012", true, 12},
+        {"00000012", true, 12},
+        {"0000000012", true, 12},
+        {"-0", true, 0},
+        {"-5", true, 4294967291U},
+        {"+5", true, 5},
+        {"-", false, 0},
+        {"+", false, 0},
+        {"5.", true, 5},
+        {".5", false, 0},
+        {"1.25", true, 1},
+        {" 5", true, 5},
+        {"\t\n 1234567", true, 1234567},
+        {"5 ", true, 5},
+        {"1234567 \r", true, 1234567},
+        {" \v5\f ", true, 5},
+        {"1 2", true, 1},
+        {"1 234567", true, 1},
+        {"12345x", true, 12345},
+        {"x12345", false, 0},
+        {"123456\xFF", true, 123456},
+        {"\xA0"
+         "5",
+         false, 0},
+        {"12,34", true, 12},
+        {"1e3", true, 1},
+    };
+    CheckWhereverTheTextEnds(U32UntilChar, rows);
+}
+
+TEST(I32UntilChar, IsTheSameWhereverTheTextEnds) {
+    const InFrontRow<int32_t> rows[] = {
+        {"", false, 0},
+        {" ", false, 0},
+        {"0", true, 0},
+        {"-0", true, 0},
+        {"7", true, 7},
+        {"-7", true, -7},
+        {"1234567", true, 1234567},
+        {"-1234567", true, -1234567},
+        {"-9999999", true, -9999999},
+        {"12345678", true, 12345678},
+        {"-12345678", true, -12345678},
+        {"123456789", true, 123456789},
+        {"-123456789", true, -123456789},
+        {"1234567890", true, 1234567890},
+        {"2147483647", true, 2147483647},
+        {"2147483648", false, 0},
+        {"-2147483648", true, std::numeric_limits<int32_t>::min()},
+        {"-2147483649", false, 0},
+        {"4294967295", false, 0},
+        {"-0000005", true, -5},
+        {"-00000005", true, -5},
+        {"+5", true, 5},
+        {"-", false, 0},
+        {"--5", false, 0},
+        {"+-5", false, 0},
+        {"- 5", false, 0},
+        {"-x", false, 0},
+        {"5.", true, 5},
+        {"-5.5", true, -5},
+        {".5", false, 0},
+        {" 5", true, 5},
+        {" \t-1234567", true, -1234567},
+        {"5 ", true, 5},
+        {"-5 \v", true, -5},
+        {"\n-1234567\f\r ", true, -1234567},
+        {"-1 2", true, -1},
+        {"1 -2", true, 1},
+        {"5-", true, 5},
+        {"12345x", true, 12345},
+        {"-12345 x", true, -12345},
+        {"x12345", false, 0},
+        {"\xFF", false, 0},
+    };
+    CheckWhereverTheTextEnds(I32UntilChar, rows);
+}
+
+TEST(DoubleUntilChar, IsTheSameWhereverTheTextEnds) {
+    const InFrontRow<double> rows[] = {
+        {"", false, 0.0},
+        {" ", false, 0.0},
+        {"0", true, 0.0},
+        {"-0", true, -0.0},
+        {"-0.0", true, -0.0},
+        {"-.0", true, -0.0},
+        {"-0.000", true, -0.0},
+        {"0.0", true, 0.0},
+        {"+0", true, 0.0},
+        {"1", true, 1.0},
+        {"-40", true, -40.0},
+        {"1234567", true, 1234567.0},
+        {"-1234567", true, -1234567.0},
+        {"12345678", true, 12345678.0},
+        {"-12345678", true, -12345678.0},
+        {"123456789", true, 123456789.0},
+        {"4294967295", true, 4294967295.0},
+        {"12345678.5", true, 12345678.5},
+        {"-12345678.5", true, -12345678.5},
+        {"1234567.5", true, 1234567.5},
+        {"0.1", true, 0.1},
+        {"0.3", true, 0.3},
+        {"-0.7", true, -0.7},
+        {"1.25", true, 1.25},
+        {"-1.25", true, -1.25},
+        {"8031.875", true, 8031.875},
+        {"1.2345678", true, 1.2345678},
+        {"1.23456789", true, 1.23456789},
+        {"-1.2345678", true, -1.2345678},
+        {"-1.23456789", true, -1.23456789},
+        {"0.0000001", true, 1e-7},
+        {"0.00000001", true, 1e-8},
+        {"0.0000000", true, 0.0},
+        {"1234567.1234567", true, 1234567.1234567},
+        {"-1234567.1234567", true, -1234567.1234567},
+        {"9999999.9999999", true, 9999999.9999999},
+        {"-9999999.9999999", true, -9999999.9999999},
+        {"1234567.12345678", true, 1234567.12345678},
+        {"-1234567.12345678", true, -1234567.12345678},
+        {"12345678.1234567", true, 12345678.1234567},
+        {"0000001.5000000", true, 1.5},
+        {"00000001.5", true, 1.5},
+        {"5.", true, 5.0},
+        {"-5.", true, -5.0},
+        {"1234567.", true, 1234567.0},
+        {".5", true, 0.5},
+        {"-.5", true, -0.5},
+        {".1234567", true, 0.1234567},
+        {"+5", true, 5.0},
+        {"+1.25", true, 1.25},
+        {"-", false, 0.0},
+        {"+", false, 0.0},
+        {".", false, 0.0},
+        {"-.", false, 0.0},
+        {"--5", false, 0.0},
+        {"-+5", false, 0.0},
+        {"- 5", false, 0.0},
+        {" 1.25", true, 1.25},
+        {"\t\n-1.25", true, -1.25},
+        {"1.25 ", true, 1.25},
+        {"-1.25 \r\v\f", true, -1.25},
+        {"1 .25", true, 1.0},
+        {"1. 25", true, 1.0},
+        {"1 2", true, 1.0},
+        {"1.5.5", true, 1.5},
+        {"1..5", true, 1.0},
+        {"1.-5", true, 1.0},
+        {"1-5", true, 1.0},
+        {"1,5", true, 1.0},
+        {"1.25x", true, 1.25},
+        {"x1.25", false, 0.0},
+        {"1.25\xFF", true, 1.25},
+        {"1\xB1", true, 1.0},
+        {"1e3", true, 1000.0},
+        {"1.5e2", true, 150.0},
+        {"1.5E-2", true, 0.015},
+        {"0x10", true, 16.0},
+        {"inf", true, std::numeric_limits<double>::infinity()},
+        {"-inf", true, -std::numeric_limits<double>::infinity()},
+        {"1e999", false, 0.0},
+        {"1e-999", false, 0.0},
+    };
+    CheckWhereverTheTextEnds(DoubleUntilChar, rows);
+}
+
 std::string RandomNumberText(Random& random) {
     static constexpr std::string_view kCharacters = "01234567899901......-+ \teEx";
     std::string text;
@@ -590,6 +969,65 @@ TEST(NumbersUntilChar, AreThoseOfTheTextUntilThere) {
     }
     EXPECT_GT(whole, 10000U);
     EXPECT_GT(fractions, 2000U);
+}
+
+// A number that is read without a look at what follows, or almost one.
+std::string RandomPlainNumber(Random& random) {
+    const auto digits = [&random](size_t most) {
+        std::string text;
+        for (size_t count = random.Below(most + 1); count > 0; --count) {
+            text += static_cast<char>('0' + random.Below(10));
+        }
+        return text;
+    };
+    std::string text = random.Below(3) == 0 ? "-" : "";
+    text += digits(random.Below(8) == 0 ? 11 : 8);
+    if (random.Below(2) == 0) {
+        text += '.' + digits(9);
+    }
+    if (random.Below(8) == 0) {
+        text.insert(random.Below(text.size() + 1), 1, " \t+-x\xFF"[random.Below(6)]);
+    }
+    return text;
+}
+
+template <typename Number>
+bool AgreesWithTextUntilThere(bool (*untilChar)(std::string_view, size_t, char, Number&, size_t&),
+                              bool (*convert)(std::string_view, Number&), std::string_view text, size_t pos,
+                              char delimiter, bool& isTaken) {
+    size_t expectedFound = 77;
+    Number expected = 77;
+    const bool isExpected = convert(TextUntilChar(text, pos, delimiter, expectedFound), expected);
+    Number value = 78;
+    size_t found = 78;
+    isTaken = untilChar(text, pos, delimiter, value, found);
+    return isTaken == isExpected && AreSame(value, expected) && found == expectedFound;
+}
+
+TEST(NumbersUntilChar, AreThoseOfTheTextUntilThereAtEveryPosition) {
+    Random random(15);
+    size_t taken = 0;
+    for (int round = 0; round < 4000; ++round) {
+        std::string text;
+        for (size_t i = 1 + random.Below(5); i > 0; --i) {
+            text += RandomPlainNumber(random) + "|,;"[random.Below(3)];
+        }
+        const std::vector<char> bytes(text.begin(), text.end());
+        const std::string_view view(bytes.data(), bytes.size());
+        for (size_t pos = 0; pos <= text.size() + 1; ++pos) {
+            for (const char delimiter : {'|', ',', ';'}) {
+                SCOPED_TRACE(Shown(text) + " from " + std::to_string(pos) + " to " + delimiter);
+                bool isU32 = false;
+                bool isI32 = false;
+                bool isDouble = false;
+                ASSERT_TRUE(AgreesWithTextUntilThere(U32UntilChar, ToU32, view, pos, delimiter, isU32));
+                ASSERT_TRUE(AgreesWithTextUntilThere(I32UntilChar, ToI32, view, pos, delimiter, isI32));
+                ASSERT_TRUE(AgreesWithTextUntilThere(DoubleUntilChar, ToDouble, view, pos, delimiter, isDouble));
+                taken += (isU32 ? 1 : 0) + (isI32 ? 1 : 0) + (isDouble ? 1 : 0);
+            }
+        }
+    }
+    EXPECT_GT(taken, 300000U);
 }
 
 TEST(Numbers, DoNotDependOnTheLocaleOfStreams) {
