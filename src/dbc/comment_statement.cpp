@@ -13,12 +13,6 @@ struct Comment {
     std::string_view text;
 };
 
-// Takes the keywords and the identifier; `position` is then the blank behind it.
-bool ParseIdentifier(std::string_view statement, std::string_view objectKeyword, uint32_t& id, size_t& position) {
-    return KeywordAt(statement, kCommentKeyword, 0, position) &&
-           KeywordAt(statement, objectKeyword, position, position) && UnsignedToken(statement, position, id, position);
-}
-
 // The text reaches from the first quote to the last, so that quotes inside need no backslash. Without two there is none.
 Comment ParseComment(std::string_view statement, size_t position) {
     Comment comment;
@@ -29,6 +23,26 @@ Comment ParseComment(std::string_view statement, size_t position) {
         comment.text = statement.substr(open + 1, close - open - 1);
     }
     return comment;
+}
+
+// To every message of that identifier; whether there is one.
+bool AddMessageComment(CANDatabase& database, uint32_t id, const Comment& comment) {
+    const MessagesOfIdentifier messages = database.FindMessages(id);
+    if (comment.target.empty() && !comment.text.empty()) {
+        for (CANMessage* message : messages) {
+            message->AppendComment(comment.text);
+        }
+    }
+    return !messages.empty();
+}
+
+// To their signals of that name.
+bool AddSignalComment(CANDatabase& database, uint32_t id, const Comment& comment) {
+    const SignalNames signals = database.FindSignalNames(id);
+    if (!comment.text.empty()) {
+        signals.ForEachRead(comment.target, [&](CANSignal& signal) { signal.AppendComment(comment.text); });
+    }
+    return signals.HasMessage();
 }
 
 // CM_ <object> <id>[ <name>] "<comment>"; The comment goes out as it is kept.
@@ -49,34 +63,22 @@ void AppendSignalComment(LineText& line, const SignalOf& entry) {
 
 }  // namespace
 
-bool ReadMessageComment(CANDatabase& database, std::string_view statement) {
-    uint32_t id = 0;
+bool ReadComment(CANDatabase& database, std::string_view statement) {
+    size_t object = 0;
     size_t position = 0;
-    if (!ParseIdentifier(statement, kMessageKeyword, id, position)) {
+    if (!KeywordAt(statement, kCommentKeyword, 0, object)) {
         return false;
     }
-    const MessagesOfIdentifier messages = database.FindMessages(id);
-    const Comment comment = ParseComment(statement, position);
-    if (comment.target.empty() && !comment.text.empty()) {
-        for (CANMessage* message : messages) {
-            message->AppendComment(comment.text);
-        }
-    }
-    return !messages.empty();
-}
-
-bool ReadSignalComment(CANDatabase& database, std::string_view statement) {
-    uint32_t id = 0;
-    size_t position = 0;
-    if (!ParseIdentifier(statement, kSignalKeyword, id, position)) {
+    const bool isOfMessage = KeywordAt(statement, kMessageKeyword, object, position);
+    if (!isOfMessage && !KeywordAt(statement, kSignalKeyword, object, position)) {
         return false;
     }
-    const SignalNames signals = database.FindSignalNames(id);
-    const Comment comment = ParseComment(statement, position);
-    if (!comment.text.empty()) {
-        signals.ForEachRead(comment.target, [&](CANSignal& signal) { signal.AppendComment(comment.text); });
+    uint32_t id = 0;
+    if (!UnsignedToken(statement, position, id, position)) {
+        return false;
     }
-    return signals.HasMessage();
+    const Comment comment = ParseComment(statement, position);
+    return isOfMessage ? AddMessageComment(database, id, comment) : AddSignalComment(database, id, comment);
 }
 
 void CANMessage::AppendCommentLine(LineText& line) const {

@@ -9,10 +9,9 @@
 
 namespace tabrin {
 
-// Attach a comment to every message of that identifier, or to its signal of that name. They decline, with false, what
-// is no comment of their kind or names a message that has not been read before.
-bool ReadMessageComment(CANDatabase& database, std::string_view statement);
-bool ReadSignalComment(CANDatabase& database, std::string_view statement);
+// Attaches a comment to every message of that identifier, or to its signal of that name. Declines, with false, what is
+// neither or names a message that has not been read before.
+bool ReadComment(CANDatabase& database, std::string_view statement);
 
 // `commented` are their signals that have a comment, in the same order.
 void WriteCommentsSection(DbcFileStream& stream, const CANDatabase::Messages& messages, const SignalsOf& commented);

@@ -69,9 +69,7 @@ public:
         } else if (kind == StatementKind::Signal) {
             accepting_ = accepting && ReadSignal(database_, statement, line - 1);
         } else if (kind == StatementKind::Comment) {
-            if (!ReadMessageComment(database_, statement)) {
-                ReadSignalComment(database_, statement);
-            }
+            ReadComment(database_, statement);
         } else if (kind == StatementKind::ValueType) {
             ReadValueTypeStatement(database_, statement);
         } else if (kind == StatementKind::ValueDescription) {

@@ -76,7 +76,7 @@ inline bool KeywordAt(std::string_view text, std::string_view keyword, size_t po
     if (end >= text.size() || !IsBlank(text[end])) {
         return false;
     }
-    return text.compare(start, keyword.size(), keyword) == 0;
+    return text.substr(start, keyword.size()) == keyword;
 }
 
 // Reads the first token at or after `pos` as an unsigned number. It must be followed by a blank. On success `end` is

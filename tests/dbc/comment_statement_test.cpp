@@ -70,8 +70,9 @@ constexpr MessageCommentCase kMessageCommentCases[] = {
     {R"(CM_ BO_ 101 "x";)", false, ""},
     {R"(CM_ BO_ 10 "x";)", false, ""},
     {R"(CM_ BO_ 1000 "x";)", false, ""},
+    // The comment of a signal, which the message does not have.
+    {R"(CM_ SG_ 100 "x";)", true, ""},
     // Other statements.
-    {R"(CM_ SG_ 100 "x";)", false, ""},
     {R"(CM_ "network text";)", false, ""},
     {R"(CM_ BU_ Node "text";)", false, ""},
     {R"(CM_ EV_ Variable "text";)", false, ""},
@@ -91,7 +92,7 @@ TEST(CommentStatement, MessageCommentsAreRead) {
         SCOPED_TRACE(Shown(row.statement));
         CANDatabase database;
         const CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
-        EXPECT_EQ(ReadMessageComment(database, row.statement), row.result);
+        EXPECT_EQ(ReadComment(database, row.statement), row.result);
         EXPECT_EQ(message.comment, row.comment);
     }
 }
@@ -101,7 +102,7 @@ TEST(CommentStatement, MessageCommentReachesEveryMessageOfTheIdentifierOnly) {
     const CANMessage& first = AddRead(database, "BO_ 100 First: 8 X");
     const CANMessage& other = AddRead(database, "BO_ 200 Other: 8 X");
     const CANMessage& second = AddRead(database, "BO_ 100 Second: 8 X");
-    EXPECT_TRUE(ReadMessageComment(database, R"(CM_ BO_ 100 "both";)"));
+    EXPECT_TRUE(ReadComment(database, R"(CM_ BO_ 100 "both";)"));
     EXPECT_EQ(first.comment, "both");
     EXPECT_EQ(second.comment, "both");
     EXPECT_EQ(other.comment, "");
@@ -111,39 +112,39 @@ TEST(CommentStatement, MessageCommentLeavesTheSignalsAlone) {
     CANDatabase database;
     CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
     const CANSignal& nameless = AddReadSignal(message, "M");
-    EXPECT_TRUE(ReadMessageComment(database, R"(CM_ BO_ 100 "x";)"));
+    EXPECT_TRUE(ReadComment(database, R"(CM_ BO_ 100 "x";)"));
     EXPECT_EQ(nameless.comment, "");
 }
 
 TEST(CommentStatement, LargestIdentifierIsFound) {
     CANDatabase database;
     const CANMessage& message = AddRead(database, "BO_ 4294967295 Msg: 8 X");
-    EXPECT_TRUE(ReadMessageComment(database, R"(CM_ BO_ 4294967295 "x";)"));
+    EXPECT_TRUE(ReadComment(database, R"(CM_ BO_ 4294967295 "x";)"));
     EXPECT_EQ(message.comment, "x");
 }
 
 TEST(CommentStatement, RepeatedMessageCommentsAreJoinedWithoutSeparator) {
     CANDatabase database;
     const CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
-    EXPECT_TRUE(ReadMessageComment(database, R"(CM_ BO_ 100 "one";)"));
-    EXPECT_TRUE(ReadMessageComment(database, R"(CM_ BO_ 100 "open;)"));
-    EXPECT_TRUE(ReadMessageComment(database, R"(CM_ BO_ 100 "two";)"));
+    EXPECT_TRUE(ReadComment(database, R"(CM_ BO_ 100 "one";)"));
+    EXPECT_TRUE(ReadComment(database, R"(CM_ BO_ 100 "open;)"));
+    EXPECT_TRUE(ReadComment(database, R"(CM_ BO_ 100 "two";)"));
     EXPECT_EQ(message.comment, "onetwo");
 }
 
 TEST(CommentStatement, BackslashAtTheEndEscapesTheQuoteThatIsAppended) {
     CANDatabase database;
     const CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
-    EXPECT_TRUE(ReadMessageComment(database, R"(CM_ BO_ 100 "one\";)"));
+    EXPECT_TRUE(ReadComment(database, R"(CM_ BO_ 100 "one\";)"));
     EXPECT_EQ(message.comment, R"(one\)");
-    EXPECT_TRUE(ReadMessageComment(database, R"(CM_ BO_ 100 ""two";)"));
+    EXPECT_TRUE(ReadComment(database, R"(CM_ BO_ 100 ""two";)"));
     EXPECT_EQ(message.comment, R"(one\"two)");
 }
 
 TEST(CommentStatement, AppendedMessageIsNotFoundByItsIdentifier) {
     CANDatabase database;
     const CANMessage& message = AddMessage(database, {.id = 100});
-    EXPECT_FALSE(ReadMessageComment(database, R"(CM_ BO_ 100 "x";)"));
+    EXPECT_FALSE(ReadComment(database, R"(CM_ BO_ 100 "x";)"));
     EXPECT_EQ(message.comment, "");
 }
 
@@ -188,6 +189,8 @@ constexpr SignalCommentCase kSignalCommentCases[] = {
     {R"(CM_ SG_ 100 EngineSpeed ")", true, ""},
     {R"(CM_ SG_ 100 EngineSpeed x;)", true, ""},
     {R"(CM_ SG_ 100 EngineSpeed)", true, ""},
+    // The comment of something else.
+    {R"(CM_ BO_ 100 EngineSpeed "x";)", true, ""},
     // Declined.
     {R"(CM_ SG_ 100)", false, ""},
     {R"(CM_ SG_ 300 EngineSpeed "x";)", false, ""},
@@ -196,7 +199,6 @@ constexpr SignalCommentCase kSignalCommentCases[] = {
     {R"(CM_ SG_ +100 EngineSpeed "x";)", false, ""},
     {R"(CM_ SG_100 EngineSpeed "x";)", false, ""},
     {R"(CM_ sg_ 100 EngineSpeed "x";)", false, ""},
-    {R"(CM_ BO_ 100 "x";)", false, ""},
     {R"(SG_ 100 EngineSpeed "x";)", false, ""},
     {R"(CM_ "x";)", false, ""},
     {R"()", false, ""},
@@ -212,7 +214,7 @@ TEST(CommentStatement, SignalCommentsAreRead) {
         }
         CANMessage& other = AddRead(database, "BO_ 200 Other: 8 X");
         const CANSignal& otherSignal = AddReadSignal(other, "EngineSpeed");
-        EXPECT_EQ(ReadSignalComment(database, row.statement), row.result);
+        EXPECT_EQ(ReadComment(database, row.statement), row.result);
         std::string takers;
         for (const auto& signal : message.signals) {
             if (signal->comment == "x") {
@@ -233,7 +235,7 @@ TEST(CommentStatement, SignalCommentReachesEveryMessageOfTheIdentifier) {
     const CANSignal& inFirst = AddReadSignal(first, "S");
     CANMessage& second = AddRead(database, "BO_ 100 Second: 8 X");
     const CANSignal& inSecond = AddReadSignal(second, "S");
-    EXPECT_TRUE(ReadSignalComment(database, R"(CM_ SG_ 100 S "both";)"));
+    EXPECT_TRUE(ReadComment(database, R"(CM_ SG_ 100 S "both";)"));
     EXPECT_EQ(inFirst.comment, "both");
     EXPECT_EQ(inSecond.comment, "both");
 }
@@ -242,8 +244,8 @@ TEST(CommentStatement, RepeatedSignalCommentsAreJoined) {
     CANDatabase database;
     CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
     const CANSignal& signal = AddReadSignal(message, "S");
-    EXPECT_TRUE(ReadSignalComment(database, R"(CM_ SG_ 100 S "an "o";)"));
-    EXPECT_TRUE(ReadSignalComment(database, R"(CM_ SG_ 100 S "n"e";)"));
+    EXPECT_TRUE(ReadComment(database, R"(CM_ SG_ 100 S "an "o";)"));
+    EXPECT_TRUE(ReadComment(database, R"(CM_ SG_ 100 S "n"e";)"));
     EXPECT_EQ(signal.comment, R"(an \"on\"e)");
 }
 
@@ -252,8 +254,8 @@ TEST(CommentStatement, LaterLongNameDoesNotMatter) {
     CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
     CANSignal& signal = AddReadSignal(message, "Short");
     signal.name = "Long";
-    EXPECT_TRUE(ReadSignalComment(database, R"(CM_ SG_ 100 Long "wrong";)"));
-    EXPECT_TRUE(ReadSignalComment(database, R"(CM_ SG_ 100 Short "right";)"));
+    EXPECT_TRUE(ReadComment(database, R"(CM_ SG_ 100 Long "wrong";)"));
+    EXPECT_TRUE(ReadComment(database, R"(CM_ SG_ 100 Short "right";)"));
     EXPECT_EQ(signal.comment, "right");
 }
 
@@ -393,8 +395,8 @@ TEST(CommentStatement, CommentIsWrittenAsItIsKept) {
     CANDatabase database;
     CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
     const CANSignal& signal = AddReadSignal(message, "S");
-    ASSERT_TRUE(ReadMessageComment(database, R"(CM_ BO_ 100 "a "b" c";)"));
-    ASSERT_TRUE(ReadSignalComment(database, R"(CM_ SG_ 100 S "say \"hi\"; \n";)"));
+    ASSERT_TRUE(ReadComment(database, R"(CM_ BO_ 100 "a "b" c";)"));
+    ASSERT_TRUE(ReadComment(database, R"(CM_ SG_ 100 S "say \"hi\"; \n";)"));
     EXPECT_EQ(signal.comment, R"(say \"hi\"; \n)");
     EXPECT_EQ(CommentsSection(database),
               "CM_ BO_ 100 \"a \\\"b\\\" c\";\r\n"
