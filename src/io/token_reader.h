@@ -58,7 +58,7 @@ public:
             token = {};
             return false;
         }
-        token = text_.substr(start, end - start);
+        token = {text_.data() + start, end - start};
         if (token.front() == '"' && token.back() != '"') {
             token = RunToClosingQuote(start, end);
         }

@@ -7,6 +7,8 @@
 #include <tuple>
 #include <utility>
 
+#include "io/copy_text.h"
+
 namespace tabrin {
 
 namespace {
@@ -42,6 +44,7 @@ void AttributeStore::Clear() {
     definitions_ = Sequence();
     firstValue_ = lastValue_ = nullptr;
     numValues_ = 0;
+    hasGeneralValues_ = false;
     unbound_ = Sequence();
     boundByLength_ = {};
     arena_.Clear();
@@ -60,8 +63,12 @@ const Attribute* AttributeStore::FindDefinition(const Attribute& probe, Attribut
     return nullptr;
 }
 
-// Seldom asked for: what applies values to objects walks them all.
+// Seldom asked for: what applies values to objects walks them all. Those of the network, if any, are the first in a file
+// as a rule.
 std::optional<Attribute> AttributeStore::FindValue(const Attribute& probe, AttributeValueType valueType) const {
+    if (probe.objectType == AttributeObjectType::General && !hasGeneralValues_) {
+        return std::nullopt;
+    }
     for (const ValueNode* node = firstValue_; node != nullptr; node = node->next) {
         const AttributeValue& value = node->value;
         if (value.objectId == probe.objectId && value.signalName == probe.signalName &&
@@ -115,14 +122,16 @@ void AttributeStore::AddValue(const AttributeValue& value) {
     const size_t size = sizeof(ValueNode) + value.signalName.size() + value.text.size();
     char* const memory = arena_.Allocate(size, alignof(ValueNode));
     char* const name = memory + sizeof(ValueNode);
-    char* const text = std::copy(value.signalName.begin(), value.signalName.end(), name);
-    std::copy(value.text.begin(), value.text.end(), text);
+    char* const text = name + value.signalName.size();
+    CopyText(name, value.signalName);
+    CopyText(text, value.text);
     auto* const node = new (memory) ValueNode{value};
     node->value.signalName = {name, value.signalName.size()};
     node->value.text = {text, value.text.size()};
     (lastValue_ != nullptr ? lastValue_->next : firstValue_) = node;
     lastValue_ = node;
     ++numValues_;
+    hasGeneralValues_ = hasGeneralValues_ || value.definition->objectType == AttributeObjectType::General;
 }
 
 std::vector<Attribute> AttributeStore::Values() const {

@@ -79,6 +79,7 @@ private:
     ValueNode* firstValue_ = nullptr;
     ValueNode* lastValue_ = nullptr;
     size_t numValues_ = 0;
+    bool hasGeneralValues_ = false;
     std::span<const std::string_view> nameFilter_;
     // What values were last found to bind to. Files give the values object by object or attribute by attribute, so that
     // the same few names come again and again; their lengths tell them apart.

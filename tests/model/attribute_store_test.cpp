@@ -317,6 +317,23 @@ TEST(AttributeValues, AreFoundByEverythingThatTellsThemApart) {
     }
 }
 
+TEST(AttributeValues, OfTheWholeDatabaseAreFoundWhereverTheyStand) {
+    AttributeStore store;
+    const Attribute probe = IntValue("Name", Object::General, 0, "", 0);
+    for (int32_t number = 1; number <= 3; ++number) {
+        store.AddValue(IntValue("Name", Object::Message, 0, "", number));
+        EXPECT_FALSE(store.FindValue(probe, Type::Int).has_value());
+    }
+    store.AddValue(IntValue("Name", Object::General, 0, "", 4));
+    store.AddValue(IntValue("Name", Object::Message, 0, "", 5));
+    const std::optional<Attribute> found = store.FindValue(probe, Type::Int);
+    ASSERT_TRUE(found.has_value());
+    EXPECT_EQ(found->intValue, 4);
+    EXPECT_TRUE(store.FindValue(IntValue("Name", Object::Message, 0, "", 0), Type::Int).has_value());
+    store.Clear();
+    EXPECT_FALSE(store.FindValue(probe, Type::Int).has_value());
+}
+
 // Identifiers with bit 31 set are large numbers, not negative ones, and differ from those without.
 TEST(AttributeValues, GoByTheWholeUnsignedIdentifier) {
     AttributeStore store;
