@@ -1,8 +1,10 @@
 #include "io/text_number.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <system_error>
 
@@ -84,24 +86,53 @@ bool HasHexMark(std::string_view text) {
     return IsHexDigit(text[2]) || (text[2] == '.' && text.size() > 3 && IsHexDigit(text[3]));
 }
 
+// The texts of the numbers below 1000, as they are and with zeros in front.
+struct SmallNumbers {
+    struct Text {
+        char digits[3];
+        uint8_t size;
+    };
+
+    std::array<Text, 1000> plain{};
+    std::array<Text, 1000> padded{};
+
+    constexpr SmallNumbers() {  // never run: evaluated in compiling
+        for (uint32_t value = 0; value < plain.size(); ++value) {
+            const char digits[] = {static_cast<char>('0' + value / 100), static_cast<char>('0' + value / 10 % 10),
+                                   static_cast<char>('0' + value % 10)};
+            const size_t zeros = value < 10 ? 2 : (value < 100 ? 1 : 0);
+            padded[value] = {{digits[0], digits[1], digits[2]}, 3};
+            plain[value].size = static_cast<uint8_t>(3 - zeros);
+            std::copy(digits + zeros, digits + 3, plain[value].digits);
+        }
+    }
+};
+
+constexpr SmallNumbers kSmallNumbers;
+
+// Writes one character more than the text has, as there is room.
+char* AppendText(char* buffer, const SmallNumbers::Text& text) {
+    std::memcpy(buffer, &text, sizeof text);
+    return buffer + text.size;
+}
+
 constexpr int kSignificantDigits = 10;
 
-// Written from the last digit to the first; there is one in front of the point at least.
-char* FormatDecimal(char* buffer, bool negative, uint64_t digits, int decimals) {
-    char reversed[kLongestNumber];
-    char* const end = reversed + sizeof reversed;
-    char* first = end;
-    for (int place = 0; digits != 0 || place <= decimals; ++place) {
-        if (place == decimals && decimals != 0) {
-            *--first = '.';
-        }
-        *--first = static_cast<char>('0' + digits % 10);
-        digits /= 10;
+// Writes digits with a point in front of the last `decimals` of them, which are 9 at most. Behind the point there are
+// always nine characters written, and as many kept as there should be.
+char* FormatDecimal(char* buffer, uint64_t digits, size_t decimals) {
+    constexpr size_t kMostDecimals = 9;
+    constexpr uint64_t kPowers[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
+    if (decimals == 0) {
+        return std::to_chars(buffer, buffer + kLongestNumber, digits).ptr;
     }
-    if (negative) {
-        *--first = '-';
-    }
-    return std::copy(first, end, buffer);
+    char* const point = FormatNumber(buffer, static_cast<uint32_t>(digits / kPowers[decimals]));
+    const auto behind = static_cast<uint32_t>(digits % kPowers[decimals] * kPowers[kMostDecimals - decimals]);
+    *point = '.';
+    char* end = AppendText(point + 1, kSmallNumbers.padded[behind / 1000000]);
+    end = AppendText(end, kSmallNumbers.padded[behind / 1000 % 1000]);
+    AppendText(end, kSmallNumbers.padded[behind % 1000]);
+    return point + 1 + decimals;
 }
 
 // Most numbers in files have few digits. Where one is the double nearest to a decimal of at most ten digits, that
@@ -114,7 +145,7 @@ char* FormatShortDecimal(char* buffer, double value) {
     if (!(magnitude >= 1e-4 && magnitude < 1e10)) {
         return nullptr;
     }
-    for (int decimals = 0; decimals < kSignificantDigits; ++decimals) {
+    for (size_t decimals = 0; decimals < kSignificantDigits; ++decimals) {
         const double scaled = magnitude * kPowersOfTen[decimals];
         if (scaled >= kTooLong) {
             break;
@@ -124,7 +155,8 @@ char* FormatShortDecimal(char* buffer, double value) {
         digits += scaled - static_cast<double>(digits) > 0.5 ? 1 : 0;
         const auto nearest = static_cast<double>(digits);
         if (std::fabs(scaled - nearest) <= kRounding * scaled && nearest / kPowersOfTen[decimals] == magnitude) {
-            return FormatDecimal(buffer, value < 0, digits, decimals);
+            *buffer = '-';
+            return FormatDecimal(value < 0 ? buffer + 1 : buffer, digits, decimals);
         }
     }
     return nullptr;
@@ -187,12 +219,21 @@ bool ToDouble(std::string_view text, double& value) {
     return true;
 }
 
+// Most numbers in files are small.
 char* FormatNumber(char* buffer, uint32_t value) {
+    if (value < 1000) {
+        return AppendText(buffer, kSmallNumbers.plain[value]);
+    }
+    if (value < 1000 * 1000) {
+        return AppendText(AppendText(buffer, kSmallNumbers.plain[value / 1000]), kSmallNumbers.padded[value % 1000]);
+    }
     return std::to_chars(buffer, buffer + kLongestNumber, value).ptr;
 }
 
 char* FormatNumber(char* buffer, int32_t value) {
-    return std::to_chars(buffer, buffer + kLongestNumber, value).ptr;
+    *buffer = '-';
+    const auto magnitude = static_cast<uint32_t>(value);
+    return value < 0 ? FormatNumber(buffer + 1, 0U - magnitude) : FormatNumber(buffer, magnitude);
 }
 
 char* FormatNumber(char* buffer, double value) {

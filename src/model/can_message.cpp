@@ -1,6 +1,7 @@
 #include "model/can_message.h"
 
 #include <algorithm>
+#include <array>
 #include <unordered_map>
 #include <utility>
 
@@ -71,15 +72,34 @@ private:
     bool numbered_ = false;
 };
 
+// Compares each with each. Few are done by then, and without anything to guess, before sorting has begun.
+bool HasEqualPair(const uint64_t* keys, size_t count) {
+    bool found = false;
+    for (size_t i = 1; i < count; ++i) {
+        for (size_t j = 0; j < i; ++j) {
+            found |= keys[i] == keys[j];
+        }
+    }
+    return found;
+}
+
 // Hardly any message has two signals of one name. False also for some that have not.
 bool AreNamesSurelyUnique(const std::vector<std::shared_ptr<CANSignal>>& signals) {
-    std::vector<uint64_t> keys;
-    keys.reserve(signals.size());
-    for (const auto& signal : signals) {
-        keys.push_back(QuickKey(signal->UnsuffixedName()));
+    constexpr size_t kFew = 24;
+    std::array<uint64_t, kFew> few;
+    std::vector<uint64_t> many;
+    uint64_t* keys = few.data();
+    if (signals.size() > kFew) {
+        many.resize(signals.size());
+        keys = many.data();
     }
-    std::sort(keys.begin(), keys.end());
-    return std::adjacent_find(keys.begin(), keys.end()) == keys.end();
+    std::transform(signals.begin(), signals.end(), keys,
+                   [](const auto& signal) { return QuickKey(signal->UnsuffixedName()); });
+    if (signals.size() <= kFew) {
+        return !HasEqualPair(keys, signals.size());
+    }
+    std::sort(many.begin(), many.end());
+    return std::adjacent_find(many.begin(), many.end()) == many.end();
 }
 
 }  // namespace
