@@ -108,7 +108,13 @@ bool TabrinAppendCanMessage(const CanMessageData* data) {
 bool TabrinGetCanMessageData(uint32_t message, CanMessageData* data) {
     return Guarded([&] {
         const CANMessage* found = FindMessage(message);
-        return found != nullptr && found->GetData(data);
+        if (found == nullptr) {
+            return false;
+        }
+        // What is asked for next, as a rule.
+        found->PrefetchSignal(0);
+        found->PrefetchSignal(1);
+        return found->GetData(data);
     });
 }
 

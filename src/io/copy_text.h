@@ -1,6 +1,7 @@
 // Copies of short texts, without the call that copying takes otherwise.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -12,29 +13,26 @@ namespace tabrin {
 inline void CopyText(char* to, std::string_view text) {
     const char* const from = text.data();
     const size_t size = text.size();
-    // Two pieces of one size, which overlap in the middle.
-    const auto copyEnds = [&](auto piece) {
-        auto front = piece;
-        std::memcpy(&front, from, sizeof front);
-        std::memcpy(&piece, from + size - sizeof piece, sizeof piece);
-        std::memcpy(to, &front, sizeof front);
-        std::memcpy(to + size - sizeof piece, &piece, sizeof piece);
+    const auto copy = [from, to](size_t place, auto piece) {
+        std::memcpy(&piece, from + place, sizeof piece);
+        std::memcpy(to + place, &piece, sizeof piece);
     };
-    struct Sixteen {
-        uint64_t halves[2];
-    };
-    if (size > 2 * sizeof(Sixteen)) {
+    if (size > 4 * sizeof(uint64_t)) {
         std::memcpy(to, from, size);
-    } else if (size >= sizeof(Sixteen)) {
-        copyEnds(Sixteen{});
     } else if (size >= sizeof(uint64_t)) {
-        copyEnds(uint64_t{});
+        // Pieces that overlap where the text is shorter than four of them: names of all lengths take the same way.
+        const size_t last = size - sizeof(uint64_t);
+        copy(0, uint64_t{});
+        copy(std::min(sizeof(uint64_t), last), uint64_t{});
+        copy(std::min(2 * sizeof(uint64_t), last), uint64_t{});
+        copy(last, uint64_t{});
     } else if (size >= sizeof(uint32_t)) {
-        copyEnds(uint32_t{});
+        copy(0, uint32_t{});
+        copy(size - sizeof(uint32_t), uint32_t{});
     } else if (size != 0) {
-        to[size - 1] = from[size - 1];
-        to[size / 2] = from[size / 2];
-        to[0] = from[0];
+        copy(0, char{});
+        copy(size / 2, char{});
+        copy(size - 1, char{});
     }
 }
 
