@@ -8,6 +8,8 @@
 #include <numeric>
 #include <vector>
 
+#include "io/copy_text.h"
+
 namespace tabrin {
 
 namespace {
@@ -129,7 +131,8 @@ ValueDescriptions::List* ValueDescriptions::MakeUsualList(Arena& arena, std::spa
     auto* end = reinterpret_cast<char*>(entry + descriptions.size());
     for (const auto& [value, text] : descriptions) {
         *entry++ = {value, static_cast<uint32_t>(text.size()), {end}};
-        end = std::copy_n(text.data(), text.size(), end);
+        CopyText(end, text);
+        end += text.size();
     }
     list->block.size = list->block.capacity;
     return list;
