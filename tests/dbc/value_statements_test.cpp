@@ -66,6 +66,11 @@ constexpr DescriptionCase kDescriptionCases[] = {
      "-5=sign|1=two blanks|3=none|4=none|6=letter|7=x|22=and two"},
     {"VAL_ 100 S\t1\t\"tabs\"\t2 \"x\" 3\t\"y\" 4 \"far from the end\";", "1=tabs|2=x|3=y|4=far from the end"},
     {R"(VAL_ 100 S 1.9 "point" 0x10 "hex" 3e2 "power" 4,5 "comma";)", "0=hex|1=point|3=power|4=comma"},
+    // Nothing but blanks, signs and digits makes a number, and it ends in front of the quote.
+    {R"(VAL_ 100 S 1 "a"-5 "b"+6 "c" 7 "far from the end";)", "-5=b|1=a|6=c|7=far from the end"},
+    {R"(VAL_ 100 S 1 "a"x5 "b" 6 "far from the end";)", "1=a|6=far from the end"},
+    {R"(VAL_ 100 S 1 "a"!5 "b" 6 "far from the end";)", "1=a|6=far from the end"},
+    {R"(VAL_ 100 S 5 #"a" 6 "far from the end";)", "5=a|6=far from the end"},
     // A text where a number should be is passed over, and so is its description, because that is the next one tried.
     {R"(VAL_ 100 S abc "x" 3 "y";)", "3=y"},
     {R"(VAL_ 100 S 1 "a" - "x" 3 "y";)", "1=a|3=y"},
@@ -93,6 +98,32 @@ TEST(ValueDescriptionStatement, PairsAreRead) {
         const CANSignal& signal = AddReadSignal(message, "S");
         EXPECT_TRUE(ReadValueDescriptionStatement(database, row.statement));
         EXPECT_EQ(Listed(signal), row.descriptions);
+    }
+}
+
+// What a statement that ends anywhere in a piece is read as, whatever stands behind it.
+TEST(ValueDescriptionStatement, NothingBehindItIsLookedAt) {
+    const DescriptionCase kPieces[] = {
+        {"VAL_ 100 S 5 ", ""},          {"\"abc", "5="},
+        {"\" 1234567 ", "5=abc"},       {"\"d", "5=abc|1234567="},
+        {"\" 8 ", "5=abc|1234567=d"},   {"\"e", "5=abc|8=|1234567=d"},
+        {"\";", "5=abc|8=e|1234567=d"},
+    };
+    std::string text;
+    for (const DescriptionCase& piece : kPieces) {
+        text += piece.statement;
+    }
+    size_t size = 0;
+    for (const DescriptionCase& piece : kPieces) {
+        for (size_t i = 0; i < piece.statement.size(); ++i) {
+            ++size;
+            SCOPED_TRACE(size);
+            CANDatabase database;
+            CANMessage& message = AddRead(database, "BO_ 100 Msg: 8 X");
+            const CANSignal& signal = AddReadSignal(message, "S");
+            ReadValueDescriptionStatement(database, std::string_view(text).substr(0, size));
+            EXPECT_EQ(Listed(signal), piece.descriptions);
+        }
     }
 }
 
