@@ -78,9 +78,9 @@ TEST(TextHash, NumbersAnywhereInANameMakeDifferentHashes) {
         {"Battery_Cell_", "_Voltage_Of_The_Rear_Module"},
         {"A_name_with_many_more_characters_than_an_identifier_has_", "_and_some_more_of_them_behind_the_number"},
     };
-    for (const auto& [front, back] : kAround) {
-        SCOPED_TRACE(front + "#" + back);
-        const auto numbered = [&](size_t number) { return front + std::to_string(number) + back; };
+    for (const auto& around : kAround) {
+        SCOPED_TRACE(around.first + "#" + around.second);
+        const auto numbered = [&](size_t number) { return around.first + std::to_string(number) + around.second; };
         EXPECT_EQ(CountShortenedHashes(10'000, numbered), 10'000U);
     }
 }
