@@ -38,13 +38,13 @@ bool ParseDataLength(CANMessage& message, std::string_view line, size_t& positio
 
 bool CANMessage::ParseLine(std::string_view line) {
     Reset();
-    parseErrors.clear();
+    parseErrors.Clear();
     size_t position = 0;
     if (!KeywordAt(line, kMessageKeyword, 0, position)) {
         return false;
     }
     const auto fail = [this](uint32_t code) {
-        parseErrors.push_back(code);
+        parseErrors.Add(code);
         Reset();
         return false;
     };

@@ -217,13 +217,13 @@ void AppendBits(LineText& line, const CANSignal& signal) {
 
 bool CANSignal::ParseLine(std::string_view line) {
     Reset();
-    parseErrors.clear();
+    parseErrors.Clear();
     size_t position = 0;
     if (!KeywordAt(line, kSignalKeyword, 0, position)) {
         return false;
     }
     const auto fail = [this](uint32_t code) {
-        parseErrors.push_back(code);
+        parseErrors.Add(code);
         Reset();
         return false;
     };

@@ -10,12 +10,12 @@ namespace tabrin {
 // which there are many, has nothing that would have to be destroyed.
 class ParseErrors {
 public:
-    void push_back(uint32_t code) {
+    void Add(uint32_t code) {
         code_ = code;
         empty_ = false;
     }
-    void clear() { empty_ = true; }
-    [[nodiscard]] bool empty() const { return empty_; }
+    void Clear() { empty_ = true; }
+    [[nodiscard]] bool IsEmpty() const { return empty_; }
 
     [[nodiscard]] std::vector<uint32_t> Codes() const {
         return empty_ ? std::vector<uint32_t>() : std::vector<uint32_t>{code_};

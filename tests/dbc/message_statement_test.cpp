@@ -210,7 +210,7 @@ TEST(MessageStatement, ParsingStartsAfresh) {
     OwnMessage message;
     FillEveryField(message);
     ASSERT_TRUE(message.ParseLine("BO_ 100 Msg: 8"));
-    EXPECT_TRUE(message.parseErrors.empty());
+    EXPECT_TRUE(message.parseErrors.IsEmpty());
     EXPECT_EQ(message.comment, "");
     EXPECT_EQ(message.sendType, "");
     EXPECT_EQ(message.transmitter, "");

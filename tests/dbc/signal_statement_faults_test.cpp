@@ -90,7 +90,7 @@ TEST(SignalStatement, ParsingStartsAfresh) {
     OwnSignal signal;
     FillEveryField(signal);
     ASSERT_TRUE(signal.ParseLine("SG_ S : 0|8 (1,0) [0|1]"));
-    EXPECT_TRUE(signal.parseErrors.empty());
+    EXPECT_TRUE(signal.parseErrors.IsEmpty());
     EXPECT_EQ(signal.multiplexKind, 0U);
     EXPECT_EQ(signal.multiplexValue, 0U);
     EXPECT_EQ(signal.byteOrder, 1U);

@@ -45,7 +45,7 @@ TEST(SignalStatement, WrittenLineTellsWhatWasRead) {
         OwnSignal signal;
         ASSERT_TRUE(signal.ParseLine(row.line));
         EXPECT_FALSE(signal.invalid);
-        EXPECT_TRUE(signal.parseErrors.empty());
+        EXPECT_TRUE(signal.parseErrors.IsEmpty());
         EXPECT_EQ(signal.WriteDefinitionLine(), row.written);
     }
 }

@@ -20,7 +20,7 @@ namespace {
 TEST(CanMessage, NewMessageIsAsReset) {
     const OwnMessage message;
     ExpectReset(message);
-    EXPECT_TRUE(message.parseErrors.empty());
+    EXPECT_TRUE(message.parseErrors.IsEmpty());
 }
 
 TEST(CanMessage, ResetLeavesOnlyTheParseErrors) {

@@ -18,7 +18,7 @@ const std::string k27 = "abcdefghijklmnopqrstuvwxyzA";
 TEST(CanSignal, NewSignalIsAsReset) {
     const OwnSignal signal;
     ExpectReset(signal);
-    EXPECT_TRUE(signal.parseErrors.empty());
+    EXPECT_TRUE(signal.parseErrors.IsEmpty());
 }
 
 TEST(CanSignal, ResetLeavesOnlyTheParseErrors) {

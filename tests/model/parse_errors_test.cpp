@@ -9,7 +9,7 @@ using Codes = std::vector<uint32_t>;
 
 TEST(ParseErrors, AreNoneAtFirst) {
     const ParseErrors errors;
-    EXPECT_TRUE(errors.empty());
+    EXPECT_TRUE(errors.IsEmpty());
     EXPECT_EQ(errors.Codes(), Codes());
 }
 
@@ -17,11 +17,11 @@ TEST(ParseErrors, AreNoneAtFirst) {
 TEST(ParseErrors, HoldTheCodeUntilTheyAreCleared) {
     for (const uint32_t code : {0U, 1U, 6U, 4294967295U}) {
         ParseErrors errors;
-        errors.push_back(code);
-        EXPECT_FALSE(errors.empty()) << code;
+        errors.Add(code);
+        EXPECT_FALSE(errors.IsEmpty()) << code;
         EXPECT_EQ(errors.Codes(), Codes{code});
-        errors.clear();
-        EXPECT_TRUE(errors.empty()) << code;
+        errors.Clear();
+        EXPECT_TRUE(errors.IsEmpty()) << code;
         EXPECT_EQ(errors.Codes(), Codes()) << code;
     }
 }

@@ -39,7 +39,7 @@ inline void FillEveryField(CANMessage& message) {
     message.signals.push_back(std::make_shared<OwnSignal>());
     message.nameAsRead = "nameAsRead";
     message.attributesSet = 7;
-    message.parseErrors.push_back(2);
+    message.parseErrors.Add(2);
 }
 
 inline void ExpectReset(const CANSignal& signal) {
@@ -92,7 +92,7 @@ inline void FillEveryField(CANSignal& signal) {
     signal.nameAsRead = "nameAsRead";
     signal.attributesSet = 7;
     signal.suffixApplied = true;
-    signal.parseErrors.push_back(3);
+    signal.parseErrors.Add(3);
 }
 
 }  // namespace tabrin
