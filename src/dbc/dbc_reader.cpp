@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "dbc/attribute_statements.h"
 #include "dbc/comment_statement.h"
@@ -39,7 +40,45 @@ bool ReadMessage(CANDatabase& database, std::string_view statement, uint32_t lin
     return true;
 }
 
-bool ReadSignal(CANDatabase& database, std::string_view statement, uint32_t line) {
+// The signals of the message that was read last, until all of them are there. Then it takes them over in a list of just
+// that size: each list would otherwise grow several times, which takes longer and leaves room that nothing is put into.
+class SignalCollector {
+public:
+    SignalCollector() = default;
+    // Where reading breaks off, the message has what was read until then.
+    ~SignalCollector() {
+        if (!signals_.empty()) {
+            message_->signals = std::move(signals_);
+        }
+    }
+    SignalCollector(const SignalCollector&) = delete;
+    SignalCollector& operator=(const SignalCollector&) = delete;
+    SignalCollector(SignalCollector&&) = delete;
+    SignalCollector& operator=(SignalCollector&&) = delete;
+
+    // Signals beyond the limit are dropped without a word; false for such a one.
+    bool Add(CANMessage& message, std::shared_ptr<CANSignal> signal) {
+        if (signals_.size() >= CANMessage::kMostSignals) {
+            return false;
+        }
+        message_ = &message;
+        signals_.push_back(std::move(signal));
+        return true;
+    }
+
+    void HandOver() {
+        if (!signals_.empty()) {
+            message_->signals = signals_;
+            signals_.clear();
+        }
+    }
+
+private:
+    CANMessage* message_ = nullptr;
+    std::vector<std::shared_ptr<CANSignal>> signals_;
+};
+
+bool ReadSignal(CANDatabase& database, SignalCollector& signals, std::string_view statement, uint32_t line) {
     ArenaScope scope(database.arena);
     auto signal = PlaceInArena<CANSignal>(database.arena);
     if (!signal->ParseLine(statement)) {
@@ -47,7 +86,7 @@ bool ReadSignal(CANDatabase& database, std::string_view statement, uint32_t line
         return false;
     }
     CANSignal& added = *signal;
-    if (database.messages.back()->AddSignal(std::move(signal))) {
+    if (signals.Add(*database.messages.back(), std::move(signal))) {
         // As above.
         scope.Keep();
         database.identifierIndex.AddSignal(added);
@@ -64,10 +103,13 @@ public:
     void Read(StatementKind kind, std::string_view statement, uint32_t line) {
         // Signals belong to the message last read, and only as long as nothing else and no faulty one comes between.
         const bool accepting = std::exchange(accepting_, false);
+        if (kind != StatementKind::Signal) {
+            signals_.HandOver();
+        }
         if (kind == StatementKind::Message) {
             accepting_ = ReadMessage(database_, statement, line - 1);
         } else if (kind == StatementKind::Signal) {
-            accepting_ = accepting && ReadSignal(database_, statement, line - 1);
+            accepting_ = accepting && ReadSignal(database_, signals_, statement, line - 1);
         } else if (kind == StatementKind::Comment) {
             ReadComment(database_, statement);
         } else if (kind == StatementKind::ValueType) {
@@ -79,8 +121,11 @@ public:
         }
     }
 
+    void End() { signals_.HandOver(); }
+
 private:
     CANDatabase& database_;
+    SignalCollector signals_;
     bool accepting_ = false;
 };
 
@@ -98,6 +143,7 @@ bool ReadDbcFile(CANDatabase& database, const char* path, uint32_t pathBufferSiz
     while (stream.NextStatement()) {
         reader.Read(stream.Kind(), stream.Statement(), stream.LineNumber());
     }
+    reader.End();
     ApplyWellKnownAttributes(database);
     status = stream.Status();
     stream.Close();

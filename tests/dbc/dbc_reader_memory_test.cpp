@@ -122,5 +122,20 @@ TEST(DbcReaderMemory, ReadingAgainStartsAfresh) {
     }
 }
 
+TEST(DbcReaderMemory, ListsOfSignalsHaveNoRoomLeft) {
+    std::string text;
+    for (const int count : {0, 1, 3, 5, 17, 100}) {
+        text += "BO_ 1 Message: 8 E\n" + Repeated(count, " SG_ S : 0|8@1+ (1,0) [0|1] \"\" E\n");
+    }
+    CANDatabase database;
+    EXPECT_TRUE(ReadText(database, text));
+    ASSERT_EQ(database.messages.size(), 6U);
+    const size_t kSizes[] = {0, 1, 3, 5, 17, 100};
+    for (size_t i = 0; i < 6; ++i) {
+        EXPECT_EQ(database.messages[i]->signals.size(), kSizes[i]);
+        EXPECT_EQ(database.messages[i]->signals.capacity(), kSizes[i]);
+    }
+}
+
 }  // namespace
 }  // namespace tabrin

@@ -140,15 +140,26 @@ bool IsBeginningOf(const Snapshot& part, const Snapshot& whole) {
            std::equal(part.errors.begin(), part.errors.end(), whole.errors.begin(), SameBytes<CanErrorData>);
 }
 
-void ExpectSaneDatabaseAfterFailedRead(const std::string& path, const Snapshot& whole) {
+// Reading broke off among the signals of the last message.
+bool EndsWithSomeSignals(const Snapshot& part, const Snapshot& whole) {
+    if (part.messages.empty()) {
+        return false;
+    }
+    const size_t last = part.messages.size() - 1;
+    const size_t signals = part.messages[last].signals.size();
+    return signals > 0 && signals < whole.messages[last].signals.size();
+}
+
+void ExpectSaneDatabaseAfterFailedRead(const std::string& path, const Snapshot& part, const Snapshot& whole) {
     EXPECT_FALSE(IsOpenHere(path));
-    EXPECT_TRUE(IsBeginningOf(Take(), whole)) << DumpDatabase();
+    EXPECT_TRUE(IsBeginningOf(part, whole)) << DumpDatabase();
     // It is a database like any other.
     EXPECT_TRUE(AppendMessage(7, "Another"));
     EXPECT_TRUE(AppendSignal(NumMessages() - 1, "One"));
 }
 
-size_t ReadWithEveryAllocationFailing(const std::string& path) {
+// `endedAmongSignals` counts how often what was read by then is only a part of a message.
+size_t ReadWithEveryAllocationFailing(const std::string& path, size_t& endedAmongSignals) {
     EXPECT_EQ(ReadFile(path), kDone);
     const Snapshot whole = Take();
     return ForEachAllocation([&](const Trial& trial) {
@@ -160,7 +171,9 @@ size_t ReadWithEveryAllocationFailing(const std::string& path) {
         const Outcome outcome = CallInTrouble(trial, trouble, [&] { return ReadFile(path); });
         EXPECT_EQ(outcome, trouble.thrown ? kOutOfMemory : kDone);
         if (trouble.thrown) {
-            ExpectSaneDatabaseAfterFailedRead(path, whole);
+            const Snapshot part = Take();
+            endedAmongSignals += EndsWithSomeSignals(part, whole) ? 1 : 0;
+            ExpectSaneDatabaseAfterFailedRead(path, part, whole);
         } else {
             EXPECT_TRUE(Same(Take(), whole));
         }
@@ -179,12 +192,16 @@ TEST_F(OutOfMemory, InReadingEndsLikeAReadFailure) {
     EXPECT_FALSE(Same(Take(), empty));
     ASSERT_EQ(NumMessages(), 14U);
     ASSERT_EQ(NumErrors(), 14U);
-    Report(ReadWithEveryAllocationFailing(path_), 100);
+    size_t endedAmongSignals = 0;
+    Report(ReadWithEveryAllocationFailing(path_, endedAmongSignals), 100);
+    EXPECT_GT(endedAmongSignals, 0U);
 }
 
 TEST_F(OutOfMemory, InReadingLongStatementsEndsLikeAReadFailure) {
     WriteBytes(path_, LongStatementsText());
-    Report(ReadWithEveryAllocationFailing(path_), 10);
+    size_t endedAmongSignals = 0;
+    Report(ReadWithEveryAllocationFailing(path_, endedAmongSignals), 10);
+    EXPECT_EQ(endedAmongSignals, 0U);  // there is one signal only
 }
 
 // --- Asking -------------------------------------------------------------------------------------------------------
