@@ -65,7 +65,7 @@ public:
     void AppendComment(std::string_view text);
 
     // For who is about to read a statement of this signal.
-    void PrefetchForStatements() const { Prefetch(&attributesSet, 128); }
+    void PrefetchForStatements() const { Prefetch(&comment, 128); }
 
     [[nodiscard]] Arena& GetArena() const { return valueDescriptions.GetArena(); }
 
@@ -84,17 +84,17 @@ public:
     bool invalid = true;
     bool suffixApplied = false;
     std::string_view name;
+    std::string_view identifierName;
 
     // What the statements behind all signals look at and change is together. The name, which the arena has behind the
     // signal, comes next.
+    GrowingText comment;         // escaped, see comment_text.h
     uint32_t attributesSet = 0;  // the attributes that have found a value in reading
     uint32_t startValue = 0;
     uint32_t inactiveValue = 0;
     uint32_t length = 0;
     uint32_t valueType = TABRIN_VALUE_UNSIGNED;
-    GrowingText comment;  // escaped, see comment_text.h
     ValueDescriptions valueDescriptions;
-    std::string_view identifierName;
     std::string_view nameAsRead;  // other statements of the file find the signal by it
 
 private:

@@ -29,6 +29,12 @@ inline uint64_t NameKey(uint64_t hash, NameKind kind) {
     return (hash & ~uint64_t{3}) | static_cast<uint64_t>(kind);
 }
 
+// The name itself. That of both kinds is taken from where the other statements of a signal look anyway.
+inline std::string_view NameOf(const SignalName& name) {
+    const bool isIdentifier = (name.key & 3U) == static_cast<uint64_t>(NameKind::Identifier);
+    return isIdentifier ? name.signal->identifierName : name.signal->nameAsRead;
+}
+
 // A name in front of a blank: the part of a text from some place up to a blank behind it, with its hash. The hash grows
 // with the text, so that the text is looked at once however many names it is taken for.
 class NameInText {
@@ -66,7 +72,7 @@ public:
     // The names of a message.
     void Add(std::span<const SignalName> names);
 
-    // Calls `use` with every signal of this key or the next, until it answers false.
+    // Calls `use` with every name of this key or the next, until it answers false.
     template <typename Use>
     void ForEach(uint64_t key, Use use) const {
         size_t end = 0;
@@ -74,7 +80,7 @@ public:
             const size_t begin = end;
             end = run < innerEnds_.size() ? innerEnds_[run] : names_.size();
             for (size_t i = FirstOf(begin, end, key); i < end && names_[i].key <= key + 1; ++i) {
-                if (!use(*names_[i].signal)) {
+                if (!use(names_[i])) {
                     return;
                 }
             }
@@ -113,7 +119,7 @@ public:
     template <typename Use>
     void ForEachRead(std::string_view name, Use use) const {
         const uint64_t hash = longestWithBlanks_ == 0 ? TextHash(name) : NameHash(name);
-        Visit(NameKey(hash, NameKind::AsRead), name, &CANSignal::nameAsRead, [&](CANSignal& signal) {
+        Visit(NameKey(hash, NameKind::AsRead), name, [&](CANSignal& signal) {
             use(signal);
             return true;
         });
@@ -122,7 +128,7 @@ public:
     // Calls `use` with every signal of exactly this identifier name, until it answers false.
     template <typename Use>
     void ForEachIdentified(std::string_view name, Use use) const {
-        Visit(NameKey(TextHash(name), NameKind::Both), name, &CANSignal::identifierName, use);
+        Visit(NameKey(TextHash(name), NameKind::Both), name, use);
     }
 
     // Calls `use` with every signal whose name, as it was read, stands at `pos` of the text with a blank behind it:
@@ -130,7 +136,7 @@ public:
     template <typename Use>
     void ForEachReadAt(std::string_view text, size_t pos, Use use) const {
         for (NameInText name(text, pos); !name.IsAtEnd(); name.Extend()) {
-            Visit(NameKey(name.Hash(), NameKind::AsRead), name.View(), &CANSignal::nameAsRead, use);
+            Visit(NameKey(name.Hash(), NameKind::AsRead), name.View(), use);
             if (name.View().size() >= longestWithBlanks_) {
                 return;
             }
@@ -139,8 +145,10 @@ public:
 
 private:
     template <typename Use>
-    void Visit(uint64_t key, std::string_view name, std::string_view CANSignal::*field, Use use) const {
-        const auto useNamed = [&](CANSignal& signal) { return signal.*field != name || use(signal); };
+    void Visit(uint64_t key, std::string_view name, Use use) const {
+        const auto useNamed = [&](const SignalName& candidate) {
+            return NameOf(candidate) != name || use(*candidate.signal);
+        };
         if (many_ != nullptr) {
             many_->ForEach(key, useNamed);
             return;
@@ -152,7 +160,7 @@ private:
             found |= static_cast<uint64_t>(few_[i].key - key <= 1) << i;
         }
         for (; found != 0; found &= found - 1) {
-            if (!useNamed(*few_[static_cast<size_t>(std::countr_zero(found))].signal)) {
+            if (!useNamed(few_[static_cast<size_t>(std::countr_zero(found))])) {
                 return;
             }
         }
