@@ -237,6 +237,25 @@ TEST(ManyValueDescriptions, AreOrderedHoweverTheyComeTogether) {
     CheckEveryOrder(AddTogether);
 }
 
+// One block that is full, and three of them.
+TEST(ManyValueDescriptions, EveryGapOfAFullBlockIsAPlace) {
+    for (const int32_t count : {128, 384}) {
+        std::vector<int32_t> evenNumbers;
+        for (int32_t i = 0; i < count; ++i) {
+            evenNumbers.push_back(2 * i);
+        }
+        for (int32_t added = -1; added < 2 * count; added += 2) {
+            SCOPED_TRACE(testing::Message() << added << " among " << count);
+            OwnValueDescriptions descriptions;
+            AddTogether(descriptions, WithTexts(evenNumbers));
+            descriptions.Add(added, std::to_string(added));
+            std::vector<int32_t> expected = evenNumbers;
+            expected.insert(expected.begin() + (added + 1) / 2, added);
+            ASSERT_EQ(KeptOf(descriptions), WithTexts(expected));
+        }
+    }
+}
+
 TEST(ManyValueDescriptions, ExtremesHaveTheirPlace) {
     Pairs expected = WithTexts(Numbers(1000, Order::Ascending));
     OwnValueDescriptions descriptions;
