@@ -1,5 +1,6 @@
 // SG_ <name> [M | m<value>] : <start>|<length>@<order><sign> (<factor>,<offset>) [<min>|<max>] "<unit>" <receiver>,...
 #include <algorithm>
+#include <bit>
 #include <string>
 #include <utility>
 
@@ -79,10 +80,13 @@ bool ParseSimpleName(CANSignal& signal, std::string_view line, size_t position, 
     if (IsDigit(name.front()) || name.front() == 'm' || name.front() == 'M') {
         return false;
     }
-    const uint64_t behind = inTokens & ~EveryMark(static_cast<size_t>(name.end() - front.begin()));
+    const auto endOf = [&](std::string_view token) {
+        return static_cast<size_t>(token.data() + token.size() - front.data());
+    };
+    const uint64_t behind = inTokens & ~EveryMark(endOf(name));
     if (behind != 0) {
         const std::string_view multiplexer = FirstMarkedRun(front, behind);
-        const bool isLast = (behind & ~EveryMark(static_cast<size_t>(multiplexer.end() - front.begin()))) == 0;
+        const bool isLast = (behind & ~EveryMark(endOf(multiplexer))) == 0;
         if (!isLast || !ParseSimpleMultiplexer(signal, multiplexer)) {
             return false;
         }

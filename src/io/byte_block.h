@@ -15,9 +15,6 @@
 
 namespace tabrin {
 
-// What a block answers when every byte is meant.
-inline constexpr uint32_t kEveryByte = 0xFFFF;
-
 // For processors without the other one, and what the tests hold that one against.
 class PlainByteBlock {
 public:

@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "io/byte_block.h"
-#include "io/text_scan.h"
 
 namespace tabrin {
 
@@ -17,7 +16,7 @@ inline size_t FindNear(std::string_view text, char wanted, size_t pos) {
     }
     // The block begins earlier where it would reach beyond the text.
     const size_t begin = std::min(pos, text.size() - ByteBlock::kSize);
-    const uint32_t marks = ByteBlock(text.data() + begin).Between(wanted, wanted) >> (pos - begin);
+    const uint32_t marks = ByteBlock(text.data() + begin).Equal(wanted) >> (pos - begin);
     return marks != 0 ? pos + FirstMarked(marks) : text.find(wanted, begin + ByteBlock::kSize);
 }
 

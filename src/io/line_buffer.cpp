@@ -27,14 +27,12 @@ size_t CleanLine(char* line, size_t size) {
 }
 
 LineBuffer::Result LineBuffer::ReadLine() {
-    hasControls_ = isSuspicious_ = false;
-    keywordEnds_.clear();
-    numAskedFor_ = 0;
+    ForgetLine();
     size_t lineEnd = 0;
     if (!FindLineEnd(lineEnd)) {
         // What stands between the last line end and a failed read is lost; at the end of the file it is a line.
         if (failed_) {
-            keywordEnds_.clear();
+            ForgetLine();
             return Result::Failed;
         }
         if (rawBegin_ == rawEnd_) {
@@ -50,9 +48,14 @@ void LineBuffer::Reset() {
     data_.reset();
     capacity_ = begin_ = end_ = rawBegin_ = rawEnd_ = markedBegin_ = lineBegin_ = 0;
     marks_.Reset();
-    keywordEnds_.clear();
-    numAskedFor_ = 0;
+    ForgetLine();
     atEnd_ = failed_ = false;
+}
+
+void LineBuffer::ForgetLine() {
+    isSuspicious_ = hasControls_ = false;
+    hasAllKeywordEnds_ = true;
+    numKeywordEnds_ = numAskedFor_ = keywordEnd_ = 0;
 }
 
 bool LineBuffer::FindLineEnd(size_t& lineEnd) {
@@ -64,7 +67,7 @@ bool LineBuffer::FindLineEnd(size_t& lineEnd) {
                 return true;
             }
             if (IsBlank(c)) {
-                keywordEnds_.push_back(place - rawBegin_);
+                NoteKeywordEnd(place - rawBegin_);
             } else {
                 hasControls_ = hasControls_ || IsControl(c);
                 isSuspicious_ = true;
@@ -122,10 +125,8 @@ void LineBuffer::TakeLine(size_t lineEnd) {
     if (closed && size != 0 && line[size - 1] == '\r') {
         --size;
     }
+    NoteKeywordEnd(size);
     size = Clean(line, size);
-    if (size != 0 && MayEndKeyword(line[size - 1])) {
-        keywordEnds_.push_back(size);
-    }
     if (end_ != rawBegin_) {
         std::memmove(data_.get() + end_, line, size);
     }
@@ -140,18 +141,37 @@ size_t LineBuffer::Clean(char* line, size_t size) {
     if (!isSuspicious_ || (!hasControls_ && FirstInvalidUtf8({line, size}) == size)) {
         return size;
     }
-    size = CleanLine(line, size);
-    FindKeywordEnds({line, size});
-    return size;
+    hasAllKeywordEnds_ = false;
+    numKeywordEnds_ = 0;
+    return CleanLine(line, size);
 }
 
-void LineBuffer::FindKeywordEnds(std::string_view line) {
-    keywordEnds_.clear();
-    for (size_t i = 1; i < line.size(); ++i) {
-        if (IsBlank(line[i]) && MayEndKeyword(line[i - 1])) {
-            keywordEnds_.push_back(i);
+// A blank in front of the line end, which becomes a part of it, comes here twice.
+void LineBuffer::NoteKeywordEnd(size_t place) {
+    if (place == 0 || !MayEndKeyword(data_[rawBegin_ + place - 1])) {
+        return;
+    }
+    if (numKeywordEnds_ != 0 && keywordEnds_[numKeywordEnds_ - 1] == place) {
+        return;
+    }
+    if (numKeywordEnds_ == keywordEnds_.size()) {
+        hasAllKeywordEnds_ = false;
+        return;
+    }
+    keywordEnds_[numKeywordEnds_++] = place;
+}
+
+// Up to the line end, which is a blank, too.
+bool LineBuffer::SearchKeywordEnd(size_t& blank) {
+    const std::string_view line(data_.get() + lineBegin_, end_ - lineBegin_);
+    while (++keywordEnd_ < line.size()) {
+        if (IsBlank(line[keywordEnd_]) && MayEndKeyword(line[keywordEnd_ - 1])) {
+            blank = lineBegin_ - begin_ + keywordEnd_;
+            return true;
         }
     }
+    hasAllKeywordEnds_ = true;
+    return false;
 }
 
 }  // namespace tabrin

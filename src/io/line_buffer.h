@@ -8,10 +8,10 @@
 // out of a line (the CR of a line end, control characters) and closes when the buffer is packed.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 #include "io/file.h"
 #include "io/text_marks.h"
@@ -31,13 +31,14 @@ public:
     // The lines read and not yet dropped. The view holds until the next ReadLine.
     [[nodiscard]] std::string_view Text() const { return {data_.get() + begin_, end_ - begin_}; }
 
-    // Goes on to the next place in the line read last where a keyword may end: the position of the blank behind, in the
-    // text. False when there is none.
+    // Goes on to the next place in the line read last where a keyword may end: the position of a blank, in the text, with
+    // the last character of a keyword in front. False when there is none.
     bool NextKeywordEnd(size_t& blank) {
-        if (numAskedFor_ == keywordEnds_.size()) {
-            return false;
+        if (numAskedFor_ == numKeywordEnds_) {
+            return !hasAllKeywordEnds_ && SearchKeywordEnd(blank);
         }
-        blank = lineBegin_ - begin_ + keywordEnds_[numAskedFor_++];
+        keywordEnd_ = keywordEnds_[numAskedFor_++];
+        blank = lineBegin_ - begin_ + keywordEnd_;
         return true;
     }
 
@@ -54,7 +55,9 @@ private:
     void Pack(size_t capacity);
     void TakeLine(size_t lineEnd);
     size_t Clean(char* line, size_t size);
-    void FindKeywordEnds(std::string_view line);
+    void NoteKeywordEnd(size_t place);
+    bool SearchKeywordEnd(size_t& blank);
+    void ForgetLine();
 
     File& file_;
     std::unique_ptr<char[]> data_;
@@ -72,8 +75,13 @@ private:
     size_t lineBegin_ = 0;
     bool isSuspicious_ = false;  // has controls or something beyond ASCII
     bool hasControls_ = false;
-    std::vector<size_t> keywordEnds_;  // from its begin
+    // The first of its keyword ends, counted from its begin. Behind these the line is searched, where it has more, or
+    // where cleaning changed it.
+    std::array<size_t, 16> keywordEnds_;
+    size_t numKeywordEnds_ = 0;
+    bool hasAllKeywordEnds_ = true;
     size_t numAskedFor_ = 0;
+    size_t keywordEnd_ = 0;  // asked for last
 };
 
 // Cleans one line in place and returns its new length.

@@ -65,7 +65,6 @@ bool StatementCutter::Next() {
         return false;
     }
     lines_.Drop(current_.start);
-    scanPosition_ -= current_.start;
     pending_ = RunToNextKeyword();
     text_ = pending_ ? lines_.Text().substr(0, next_.start) : lines_.Text();
     return true;
@@ -80,10 +79,10 @@ bool StatementCutter::ReadLine() {
     return true;
 }
 
-// Looks behind `from`, in the line read last.
-bool StatementCutter::FindKeyword(size_t from, KeywordHit& hit) {
+// The next one in the line read last.
+bool StatementCutter::FindKeyword(KeywordHit& hit) {
     for (size_t blank = 0; lines_.NextKeywordEnd(blank);) {
-        if (blank > from && KeywordEndsAt(lines_.Text(), blank, hit)) {
+        if (KeywordEndsAt(lines_.Text(), blank, hit)) {
             return true;
         }
     }
@@ -97,8 +96,7 @@ bool StatementCutter::SeekKeyword() {
         if (!ReadLine()) {
             return false;
         }
-    } while (!FindKeyword(0, current_));
-    scanPosition_ = current_.end;
+    } while (!FindKeyword(current_));
     return true;
 }
 
@@ -107,15 +105,13 @@ bool StatementCutter::SeekKeyword() {
 bool StatementCutter::RunToNextKeyword() {
     bool tolerated = current_.keyword->termination == Termination::NextKeyword;
     for (;;) {
-        if (FindKeyword(scanPosition_, next_)) {
+        if (FindKeyword(next_)) {
             if (tolerated || EndsInSemicolon(lines_.Text(), next_.start)) {
-                scanPosition_ = next_.end;
                 return true;
             }
             tolerated = true;
         }
-        scanPosition_ = lines_.Text().size();
-        if (scanPosition_ > kLongestStatement || lastRead_ != LineBuffer::Result::Line) {
+        if (lines_.Text().size() > kLongestStatement || lastRead_ != LineBuffer::Result::Line) {
             return false;
         }
         ReadLine();

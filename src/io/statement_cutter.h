@@ -41,7 +41,7 @@ public:
 
 private:
     bool ReadLine();
-    bool FindKeyword(size_t from, KeywordHit& hit);
+    bool FindKeyword(KeywordHit& hit);
     bool SeekKeyword();
     bool RunToNextKeyword();
 
@@ -52,7 +52,6 @@ private:
     bool pending_ = false;  // next_ is the keyword that ended the statement
     KeywordHit current_;
     KeywordHit next_;
-    size_t scanPosition_ = 0;
     std::string_view text_;
 };
 

@@ -4,8 +4,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
+
+#include "io/text_head.h"
 
 namespace tabrin {
 
@@ -17,45 +18,24 @@ inline uint64_t Mixed(uint64_t number) {
     return product ^ (product >> 32U);
 }
 
-template <typename Number>
-uint64_t NumberAt(const char* text) {
-    Number number = 0;
-    std::memcpy(&number, text, sizeof number);
-    return number;
-}
-
-// Every character of a text that is shorter than eight, some of them twice.
-inline uint64_t ShortText(std::string_view text) {
-    if (text.size() >= 4) {
-        const char* const last = text.data() + text.size() - 4;
-        return NumberAt<uint32_t>(text.data()) << 32U | NumberAt<uint32_t>(last);
-    }
-    if (text.empty()) {
-        return 0;
-    }
-    const auto at = [&](size_t index) { return static_cast<uint64_t>(static_cast<unsigned char>(text[index])); };
-    return at(0) << 16U | at(text.size() / 2) << 8U | at(text.size() - 1);
-}
-
 }  // namespace text_hash
 
 // The same for equal texts, and different ones for others as a rule, wherever they differ. Names have eight to thirty-two
 // characters nearly always: those take the same few steps, whatever their length.
 inline uint64_t TextHash(std::string_view text) {
     using text_hash::Mixed;
-    using text_hash::NumberAt;
     constexpr size_t kWord = sizeof(uint64_t);
     uint64_t hash = Mixed(text.size());
     if (text.size() < kWord) {
-        return Mixed(hash ^ text_hash::ShortText(text));
+        return Mixed(hash ^ HeadOf(text));
     }
     for (; text.size() > 4 * kWord; text.remove_prefix(kWord)) {
-        hash = Mixed(hash ^ NumberAt<uint64_t>(text.data()));
+        hash = Mixed(hash ^ HeadAt(text.data()));
     }
     // Four words that are all of the rest. The shorter it is, the more they overlap.
     const size_t last = text.size() - kWord;
     for (const size_t place : {size_t{0}, std::min(kWord, last), last - std::min(kWord, last), last}) {
-        hash = Mixed(hash ^ NumberAt<uint64_t>(text.data() + place));
+        hash = Mixed(hash ^ HeadAt(text.data() + place));
     }
     return hash;
 }

@@ -110,7 +110,10 @@ struct SmallNumbers {
 
 constexpr SmallNumbers kSmallNumbers;
 
-// Writes one character more than the text has, as there is room.
+// Of a whole number. There may be a sign in front of them already.
+constexpr size_t kMostWholeDigits = 20;
+
+// Writes as many characters whatever the text has, as there is room.
 char* AppendText(char* buffer, const SmallNumbers::Text& text) {
     std::memcpy(buffer, &text, sizeof text);
     return buffer + text.size;
@@ -119,12 +122,12 @@ char* AppendText(char* buffer, const SmallNumbers::Text& text) {
 constexpr int kSignificantDigits = 10;
 
 // Writes digits with a point in front of the last `decimals` of them, which are 9 at most. Behind the point there are
-// always nine characters written, and as many kept as there should be.
+// always nine of them written, and as many kept as there should be.
 char* FormatDecimal(char* buffer, uint64_t digits, size_t decimals) {
     constexpr size_t kMostDecimals = 9;
     constexpr uint64_t kPowers[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
     if (decimals == 0) {
-        return std::to_chars(buffer, buffer + kLongestNumber, digits).ptr;
+        return std::to_chars(buffer, buffer + kMostWholeDigits, digits).ptr;
     }
     char* const point = FormatNumber(buffer, static_cast<uint32_t>(digits / kPowers[decimals]));
     const auto behind = static_cast<uint32_t>(digits % kPowers[decimals] * kPowers[kMostDecimals - decimals]);
@@ -227,7 +230,7 @@ char* FormatNumber(char* buffer, uint32_t value) {
     if (value < 1000 * 1000) {
         return AppendText(AppendText(buffer, kSmallNumbers.plain[value / 1000]), kSmallNumbers.padded[value % 1000]);
     }
-    return std::to_chars(buffer, buffer + kLongestNumber, value).ptr;
+    return std::to_chars(buffer, buffer + kMostWholeDigits, value).ptr;
 }
 
 char* FormatNumber(char* buffer, int32_t value) {

@@ -14,7 +14,8 @@ void IdentifierIndex::AddMessage(CANMessage& message) {
     if (2 * namesakes_.size() >= slots_.size()) {
         GrowSlots();
     }
-    Slot& slot = FindSlot(message.id);
+    Slot* const found = FindSlot(message.id);
+    Slot& slot = found != nullptr ? *found : crowded_[message.id];
     if (slot.namesakes == kNone) {
         namesakes_.push_back({message.id, number, number});
         slot = {message.id, namesakes_.size() - 1};
@@ -79,11 +80,22 @@ size_t IdentifierIndex::FindNamesakes(uint32_t id) {
             return i;
         }
     }
-    const size_t found = slots_.empty() ? kNone : FindSlot(id).namesakes;
+    const size_t found = LookUp(id);
     if (found != kNone) {
         lastFound_ = found;
     }
     return found;
+}
+
+size_t IdentifierIndex::LookUp(uint32_t id) {
+    if (slots_.empty()) {
+        return kNone;
+    }
+    if (const Slot* const slot = FindSlot(id); slot != nullptr) {
+        return slot->namesakes;
+    }
+    const auto found = crowded_.find(id);
+    return found != crowded_.end() ? found->second.namesakes : kNone;
 }
 
 // The signals of the next message come from memory meanwhile, some with each statement about this one. All at once
@@ -103,21 +115,28 @@ void IdentifierIndex::GoOnTo(size_t namesakes) {
     firstToPrefetch_ += some;
 }
 
-// The slot of the identifier, or the free one that it would take.
-IdentifierIndex::Slot& IdentifierIndex::FindSlot(uint32_t id) {
+// The slot of the identifier, or the free one that it would take; nullptr when there is none near.
+IdentifierIndex::Slot* IdentifierIndex::FindSlot(uint32_t id) {
+    constexpr size_t kNear = 64;
     const size_t mask = slots_.size() - 1;
-    size_t i = static_cast<size_t>(text_hash::Mixed(id)) & mask;
-    while (slots_[i].namesakes != kNone && slots_[i].id != id) {
-        i = (i + 1) & mask;
+    const size_t home = static_cast<size_t>(text_hash::Mixed(id)) & mask;
+    for (size_t i = home; i < home + kNear; ++i) {
+        Slot& slot = slots_[i & mask];
+        if (slot.namesakes == kNone || slot.id == id) {
+            return &slot;
+        }
     }
-    return slots_[i];
+    return nullptr;
 }
 
 void IdentifierIndex::GrowSlots() {
     constexpr size_t kFewest = 16;
     slots_.assign(std::max(kFewest, 2 * slots_.size()), Slot{});
+    crowded_.clear();
     for (size_t i = 0; i < namesakes_.size(); ++i) {
-        FindSlot(namesakes_[i].id) = {namesakes_[i].id, i};
+        const uint32_t id = namesakes_[i].id;
+        Slot* const found = FindSlot(id);
+        (found != nullptr ? *found : crowded_[id]) = {id, i};
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <span>
 #include <vector>
@@ -86,8 +87,9 @@ private:
         size_t namesakes = kNone;
     };
 
-    Slot& FindSlot(uint32_t id);
+    Slot* FindSlot(uint32_t id);
     void GrowSlots();
+    [[nodiscard]] size_t LookUp(uint32_t id);
     [[nodiscard]] size_t FindNamesakes(uint32_t id);
     void GoOnTo(size_t namesakes);
     [[nodiscard]] std::span<const SignalName> NamesOf(size_t message) const;
@@ -102,8 +104,10 @@ private:
     size_t firstToPrefetch_ = 0;  // among the names
     size_t endToPrefetch_ = 0;
 
-    // Where the namesakes of an identifier are: at the place that its number gives or behind it, without a gap.
+    // Where the namesakes of an identifier are: at the place that its number gives or a little behind it, without a gap.
+    // Those that find no place there are elsewhere: a file can be made of identifiers that all want the same place.
     std::vector<Slot> slots_;
+    std::map<uint32_t, Slot> crowded_;
 };
 
 inline CANMessage* MessagesOfIdentifier::Iterator::operator*() const {

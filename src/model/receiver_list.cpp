@@ -24,7 +24,7 @@ void ForEachPiece(std::string_view text, Use use) {
 bool IsListOfIdentifiers(std::string_view text) {
     if (!text.empty() && text.size() <= kLongestIdentifier) {
         const ShortText list(text);
-        const uint64_t commas = list.Marks([](const ByteBlock& block) { return block.Between(',', ','); });
+        const uint64_t commas = list.Marks([](const ByteBlock& block) { return block.Equal(','); });
         const uint64_t begins = (commas << 1) | 1;
         return (begins & (commas | list.Marks(MarkDigits))) == 0 && text.back() != ',' &&
                (commas | list.Marks(MarkIdentifierChars)) == EveryMark(text.size());

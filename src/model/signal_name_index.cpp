@@ -32,18 +32,20 @@ void SortedSignalNames::MergeLikeRuns() {
     }
 }
 
+// The names themselves are compared where the keys are equal: names can be made of which thousands have one key.
 bool SortedSignalNames::IsLess(const SignalName& a, const SignalName& b) {
-    return a.key < b.key;
+    return a.key != b.key ? a.key < b.key : NameOf(a) < NameOf(b);
 }
 
 std::vector<SignalName>::iterator SortedSignalNames::Place(size_t index) {
     return names_.begin() + static_cast<std::ptrdiff_t>(index);
 }
 
-size_t SortedSignalNames::FirstOf(size_t begin, size_t end, uint64_t key) const {
+size_t SortedSignalNames::FirstOf(size_t begin, size_t end, uint64_t key, std::string_view name) const {
     while (begin < end) {
         const size_t middle = begin + (end - begin) / 2;
-        if (names_[middle].key < key) {
+        const SignalName& candidate = names_[middle];
+        if (candidate.key < key || (candidate.key == key && NameOf(candidate) < name)) {
             begin = middle + 1;
         } else {
             end = middle;

@@ -72,17 +72,15 @@ public:
     // The names of a message.
     void Add(std::span<const SignalName> names);
 
-    // Calls `use` with every name of this key or the next, until it answers false.
+    // Calls `use` with every signal of this name that has this key or the next, until it answers false.
     template <typename Use>
-    void ForEach(uint64_t key, Use use) const {
+    void ForEach(uint64_t key, std::string_view name, Use use) const {
         size_t end = 0;
         for (size_t run = 0; run <= innerEnds_.size(); ++run) {
             const size_t begin = end;
             end = run < innerEnds_.size() ? innerEnds_[run] : names_.size();
-            for (size_t i = FirstOf(begin, end, key); i < end && names_[i].key <= key + 1; ++i) {
-                if (!use(names_[i])) {
-                    return;
-                }
+            if (!ForEachOfKey(begin, end, key, name, use) || !ForEachOfKey(begin, end, key + 1, name, use)) {
+                return;
             }
         }
     }
@@ -91,9 +89,22 @@ private:
     void MergeLikeRuns();
     static bool IsLess(const SignalName& a, const SignalName& b);
     std::vector<SignalName>::iterator Place(size_t index);
-    [[nodiscard]] size_t FirstOf(size_t begin, size_t end, uint64_t key) const;
+    [[nodiscard]] size_t FirstOf(size_t begin, size_t end, uint64_t key, std::string_view name) const;
 
-    // Runs, each ordered by the key. Every message adds a run; runs of like size are merged, so that there are never
+    template <typename Use>
+    bool ForEachOfKey(size_t begin, size_t end, uint64_t key, std::string_view name, Use& use) const {
+        for (size_t i = FirstOf(begin, end, key, name); i < end; ++i) {
+            if (names_[i].key != key || NameOf(names_[i]) != name) {
+                return true;
+            }
+            if (!use(*names_[i].signal)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    // Runs, each ordered by the key and then the name. Every message adds a run; runs of like size are merged, so that there are never
     // many.
     std::vector<SignalName> names_;
     std::vector<size_t> innerEnds_;  // of all runs but the last
@@ -146,11 +157,8 @@ public:
 private:
     template <typename Use>
     void Visit(uint64_t key, std::string_view name, Use use) const {
-        const auto useNamed = [&](const SignalName& candidate) {
-            return NameOf(candidate) != name || use(*candidate.signal);
-        };
         if (many_ != nullptr) {
-            many_->ForEach(key, useNamed);
+            many_->ForEach(key, name, use);
             return;
         }
         // First all keys and then what was found: where it stands cannot be foreseen, and a jump there would be a wrong
@@ -160,7 +168,8 @@ private:
             found |= static_cast<uint64_t>(few_[i].key - key <= 1) << i;
         }
         for (; found != 0; found &= found - 1) {
-            if (!useNamed(few_[static_cast<size_t>(std::countr_zero(found))])) {
+            const SignalName& candidate = few_[static_cast<size_t>(std::countr_zero(found))];
+            if (NameOf(candidate) == name && !use(*candidate.signal)) {
                 return;
             }
         }

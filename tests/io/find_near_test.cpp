@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "io/text_scan.h"
+
 namespace tabrin {
 namespace {
 

@@ -142,6 +142,40 @@ std::string NameOf(size_t number) {
     return "S" + std::to_string(number);
 }
 
+// As if their hashes were one: in several runs, each name of two signals, one of them with an identifier of its own.
+TEST(SortedSignalNames, NamesOfOneKeyAreToldApart) {
+    constexpr uint64_t kHash = 0x1234567890ABCDE0;
+    std::vector<std::unique_ptr<OwnSignal>> signals;
+    SortedSignalNames names;
+    for (size_t message = 0; message < 3; ++message) {
+        std::vector<SignalName> some;
+        for (size_t i = 0; i < 100; ++i) {
+            auto& signal = *signals.emplace_back(std::make_unique<OwnSignal>());
+            signal.nameAsRead = signal.identifierName = signal.GetArena().Keep(NameOf(i * 37 % 50));
+            some.push_back({NameKey(kHash, NameKind::Both), &signal});
+            auto& other = *signals.emplace_back(std::make_unique<OwnSignal>());
+            other.nameAsRead = other.GetArena().Keep(NameOf(i % 50));
+            other.identifierName = other.GetArena().Keep(NameOf(100 + i % 50));
+            some.push_back({NameKey(kHash, NameKind::AsRead), &other});
+            some.push_back({NameKey(kHash, NameKind::Identifier), &other});
+        }
+        names.Add(some);
+    }
+    const auto count = [&](NameKind kind, size_t name, size_t most) {
+        size_t found = 0;
+        names.ForEach(NameKey(kHash, kind), NameOf(name), [&](const CANSignal&) { return ++found < most; });
+        return found;
+    };
+    for (size_t i = 0; i < 50; ++i) {
+        EXPECT_EQ(count(NameKind::AsRead, i, 1000), 12U) << i;
+        EXPECT_EQ(count(NameKind::Both, i, 1000), 6U) << i;
+        EXPECT_EQ(count(NameKind::Both, 100 + i, 1000), 6U) << i;
+        EXPECT_EQ(count(NameKind::AsRead, 100 + i, 1000), 0U) << i;
+        EXPECT_EQ(count(NameKind::AsRead, i, 5), 5U) << i;
+    }
+    EXPECT_EQ(count(NameKind::AsRead, 50, 1000), 0U);
+}
+
 TEST(SignalNames, OfNoMessageHasNoSignals) {
     const SignalNames none;
     EXPECT_FALSE(none.HasMessage());

@@ -10,8 +10,10 @@
 #include "bench/dbc_generator.h"
 #include "dbc/dbc_writer.h"
 #include "dbc/reading.h"
+#include "io/text_hash.h"
 #include "model/arena.h"
 #include "model/value_descriptions.h"
+#include "shown.h"
 #include "work/work_counter.h"
 
 namespace tabrin {
@@ -118,6 +120,19 @@ std::string MessagesOfOneIdentifier(size_t count) {
     return text;
 }
 
+// Messages whose identifiers all want the same few places of a table.
+std::string CrowdedIdentifiers(size_t count) {
+    constexpr uint64_t kPlaces = 0xFFFF;
+    std::string text;
+    for (uint32_t id = 0; count != 0; ++id) {
+        if ((text_hash::Mixed(id) & kPlaces) < 8) {
+            text += "BO_ " + std::to_string(id) + " M: 8 X\n";
+            --count;
+        }
+    }
+    return text;
+}
+
 const Case kCases[] = {
     {"usual mix, reading", 800'000, bench::UsualMix, ReadingEffort},
     {"usual mix, walking", 800'000, bench::UsualMix, WalkingEffort},
@@ -137,6 +152,7 @@ const Case kCases[] = {
     {"signals of one name, reading", 10'000, Counted(bench::EqualSignalNames), ReadingEffort},
     {"signals of one name, writing", 10'000, Counted(bench::EqualSignalNames), WritingEffort},
     {"messages of one identifier, reading", 40'000, MessagesOfOneIdentifier, ReadingEffort},
+    {"identifiers that want one place, reading", 8'000, CrowdedIdentifiers, ReadingEffort},
     {"names that become others, reading", 10'000, Namesakes("A B", "VAL_ 1 A_B 1 \"x\" ;"), ReadingEffort},
     {"comments on what names become, reading", 10'000, Namesakes("A B", "CM_ SG_ 1 A_B \"x\";"), ReadingEffort},
     {"attributes of what names were, reading", 10'000, Namesakes("A-B", "BA_ \"GenSigStartValue\" SG_ 1 A-B 5;"),
@@ -222,6 +238,19 @@ TEST(LinearWork, ByteOfAFileCostsLittle) {
     const std::string text = bench::UsualMix(800'000);
     const double perByte = static_cast<double>(ReadingEffort(text).work) / static_cast<double>(text.size());
     EXPECT_LT(perByte, 12.0);
+}
+
+// A line that may be a keyword everywhere, and never ends. Only the line itself is kept until it is read, in memory that
+// doubles.
+TEST(LinearWork, LineOfPossibleKeywordsTakesItsOwnRoomOnly) {
+    for (const char* piece : {"\t", "_ ", "\xFF_ ", "\x01_ ", "N\r", "CM_ BO_ ", "xCM_ "}) {
+        SCOPED_TRACE(Shown(piece));
+        std::string text;
+        while (text.size() < 4'000'000) {
+            text += piece;
+        }
+        EXPECT_LT(ReadingEffort(text).bytes, 5 * text.size());
+    }
 }
 
 // Wherever in a block it happens: to take one each time would cost more than all the rest.
