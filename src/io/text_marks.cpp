@@ -16,7 +16,11 @@ void TextMarks::Set(const char* block, size_t size) {
     }
     const size_t done = numWhole * kBitsOfWord;
     SetLastWord(block + done, size - done);
-    carry_ = size == 0 ? carried : uint64_t{MayEndKeyword(block[size - 1])};
+    if (size == 0) {
+        carry_ = carried;
+    } else {
+        carry_ = MayEndKeyword(block[size - 1]) ? 1 : 0;
+    }
     word_ = 0;
     bits_ = words_[0];
 }

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -57,6 +58,19 @@ struct Name {
     uint32_t multiplexKind;
     uint32_t multiplexValue;
 };
+
+void CheckNames(std::span<const Name> rows) {
+    for (const Name& row : rows) {
+        SCOPED_TRACE(Shown(row.line));
+        OwnSignal signal;
+        ASSERT_TRUE(signal.ParseLine(row.line + kRest));
+        EXPECT_EQ(signal.name, row.name);
+        EXPECT_EQ(signal.identifierName, row.identifierName);
+        EXPECT_EQ(signal.multiplexKind, row.multiplexKind);
+        EXPECT_EQ(signal.multiplexValue, row.multiplexValue);
+        EXPECT_EQ(signal.length, 8U);
+    }
+}
 
 TEST(SignalStatement, NameAndMultiplexerAreToldApart) {
     const std::string kName32 = "Abcdefghijklmnopqrstuvwxyz_01234";
@@ -132,16 +146,7 @@ TEST(SignalStatement, NameAndMultiplexerAreToldApart) {
         {"SG_ ", "", "", 0, 0},
         {"SG_ \t ", "", "", 0, 0},
     };
-    for (const Name& row : kRows) {
-        SCOPED_TRACE(Shown(row.line));
-        OwnSignal signal;
-        ASSERT_TRUE(signal.ParseLine(row.line + kRest));
-        EXPECT_EQ(signal.name, row.name);
-        EXPECT_EQ(signal.identifierName, row.identifierName);
-        EXPECT_EQ(signal.multiplexKind, row.multiplexKind);
-        EXPECT_EQ(signal.multiplexValue, row.multiplexValue);
-        EXPECT_EQ(signal.length, 8U);
-    }
+    CheckNames(kRows);
 }
 
 // What stands in front of the colon is mostly short and plain, and read in a way of its own then.
@@ -261,15 +266,7 @@ TEST(SignalStatement, ShortNamesAndMultiplexers) {
         {"SG_ S m12345678901", "S m12345678901", "S_m12345678901", 0, 0},
         {"SG_ S m18446744073709551621", "S m18446744073709551621", "S_m18446744073709551621", 0, 0},
     };
-    for (const Name& row : kRows) {
-        SCOPED_TRACE(Shown(row.line));
-        OwnSignal signal;
-        ASSERT_TRUE(signal.ParseLine(row.line + kRest));
-        EXPECT_EQ(signal.name, row.name);
-        EXPECT_EQ(signal.identifierName, row.identifierName);
-        EXPECT_EQ(signal.multiplexKind, row.multiplexKind);
-        EXPECT_EQ(signal.multiplexValue, row.multiplexValue);
-    }
+    CheckNames(kRows);
 }
 
 // With 30 to 34 characters in front of the colon, the blanks included.
