@@ -42,10 +42,16 @@ std::vector<SignalName>::iterator SortedSignalNames::Place(size_t index) {
 }
 
 size_t SortedSignalNames::FirstOf(size_t begin, size_t end, uint64_t key, std::string_view name) const {
+    const auto isBefore = [&](const SignalName& candidate) {
+        return candidate.key < key || (candidate.key == key && NameOf(candidate) < name);
+    };
+    // Behind the other key of a name it is the first one, as a rule.
+    if (begin < end && !isBefore(names_[begin])) {
+        return begin;
+    }
     while (begin < end) {
         const size_t middle = begin + (end - begin) / 2;
-        const SignalName& candidate = names_[middle];
-        if (candidate.key < key || (candidate.key == key && NameOf(candidate) < name)) {
+        if (isBefore(names_[middle])) {
             begin = middle + 1;
         } else {
             end = middle;

@@ -79,8 +79,16 @@ public:
         for (size_t run = 0; run <= innerEnds_.size(); ++run) {
             const size_t begin = end;
             end = run < innerEnds_.size() ? innerEnds_[run] : names_.size();
-            if (!ForEachOfKey(begin, end, key, name, use) || !ForEachOfKey(begin, end, key + 1, name, use)) {
+            // Both keys stand side by side, so that what has the second is near where the first would be.
+            size_t place = FirstOf(begin, end, key, name);
+            if (!UseAllOf(place, end, key, name, use)) {
                 return;
+            }
+            if (place < end && names_[place].key <= key + 1) {
+                place = FirstOf(place, end, key + 1, name);
+                if (!UseAllOf(place, end, key + 1, name, use)) {
+                    return;
+                }
             }
         }
     }
@@ -91,21 +99,19 @@ private:
     std::vector<SignalName>::iterator Place(size_t index);
     [[nodiscard]] size_t FirstOf(size_t begin, size_t end, uint64_t key, std::string_view name) const;
 
+    // Goes on from `place` to the first that has another key or name. False when `use` has answered so.
     template <typename Use>
-    bool ForEachOfKey(size_t begin, size_t end, uint64_t key, std::string_view name, Use& use) const {
-        for (size_t i = FirstOf(begin, end, key, name); i < end; ++i) {
-            if (names_[i].key != key || NameOf(names_[i]) != name) {
-                return true;
-            }
-            if (!use(*names_[i].signal)) {
+    bool UseAllOf(size_t& place, size_t end, uint64_t key, std::string_view name, Use& use) const {
+        for (; place < end && names_[place].key == key && NameOf(names_[place]) == name; ++place) {
+            if (!use(*names_[place].signal)) {
                 return false;
             }
         }
         return true;
     }
 
-    // Runs, each ordered by the key and then the name. Every message adds a run; runs of like size are merged, so that there are never
-    // many.
+    // Runs, each ordered by the key and then the name. Every message adds a run; runs of like size are merged, so that
+    // there are never many.
     std::vector<SignalName> names_;
     std::vector<size_t> innerEnds_;  // of all runs but the last
 };
