@@ -103,8 +103,8 @@ bool CANSignal::GetData(CanSignalData* record) const {
 
 bool CANSignal::GetTexts(CanSignalData& record) const {
     return FillField(record.identifierName, identifierName) && FillField(record.name, name) &&
-           FillField(record.unit, unit) && FillField(record.unitAsWritten, unitAsWritten) &&
-           FillField(record.receivers, receivers.Joined()) && FillField(record.comment, comment.View());
+           FillShortField(record.unit, unit) && FillShortField(record.unitAsWritten, unitAsWritten) &&
+           FillShortField(record.receivers, receivers.Joined()) && FillField(record.comment, comment.View());
 }
 
 bool CANSignal::AppendValueDescription(const CanSignalEnumData* record) {
@@ -121,7 +121,7 @@ bool CANSignal::GetValueDescription(uint32_t index, CanSignalEnumData* record) c
         return false;
     }
     const auto [value, text] = valueDescriptions.At(index);
-    if (!FillField(record->text, text)) {
+    if (!FillShortField(record->text, text)) {
         return false;
     }
     record->value = value;

@@ -21,6 +21,17 @@ bool FillField(char (&field)[Size], std::string_view text) {
     return CopyToBuffer(field, text, Size);
 }
 
+// The same for a text of an arena, of a length that is hard to guess and seldom above 31.
+template <size_t Size>
+bool FillShortField(char (&field)[Size], std::string_view text) {
+    static_assert(Size > kLongestShortCopy);
+    if (text.size() <= kLongestShortCopy) {
+        CopyShortText(field, text);
+        return true;
+    }
+    return FillField(field, text);
+}
+
 template <size_t Size>
 bool TakeField(std::string& text, const char (&field)[Size]) {
     return StringFromBuffer(text, field, Size);

@@ -145,9 +145,11 @@ void ValueDescriptions::AddAll(std::span<Described> descriptions) {
     if (IsDescending(descriptions)) {
         std::reverse(descriptions.begin(), descriptions.end());
     }
-    if (list_ == nullptr) {
-        list_ = MakeUsualList(*arena_, descriptions);
-        if (list_ != nullptr) {
+    if (IsEmpty()) {
+        List* const usual = MakeUsualList(*arena_, descriptions);
+        if (usual != nullptr) {
+            list_ = usual;
+            size_ = descriptions.size();
             return;
         }
     }
@@ -158,33 +160,34 @@ void ValueDescriptions::AddAll(std::span<Described> descriptions) {
 }
 
 void ValueDescriptions::AddInTurn(std::span<const Described> descriptions) {
-    const size_t capacity = std::min<size_t>(descriptions.size(), Block::kMost);
-    List* const list = list_ != nullptr ? list_ : MakeList(*arena_, capacity, 0);
-    for (const Described& description : descriptions) {
-        list->Add(*arena_, description);
+    if (list_ == nullptr) {
+        list_ = MakeList(*arena_, std::min<size_t>(descriptions.size(), Block::kMost), 0);
     }
-    // Not before, as memory may run out.
-    list_ = list;
+    for (const Described& description : descriptions) {
+        if (list_->Add(*arena_, description)) {
+            ++size_;
+        }
+    }
 }
 
-void ValueDescriptions::List::Add(Arena& arena, const Described& description) {
+bool ValueDescriptions::List::Add(Arena& arena, const Described& description) {
     if (blocks == nullptr && block.size == Block::kMost) {
         blocks = new (arena.Allocate(sizeof(Blocks), alignof(Blocks))) Blocks(arena, block);
     }
     if (blocks != nullptr) {
-        blocks->Add(arena, description);
-        return;
+        return blocks->Add(arena, description);
     }
     const uint32_t place = block.FindPlace(description.value);
     if (place != block.size && block.entries[place].value == description.value) {
         block.entries[place].Join(arena, description.text);
-        return;
+        return false;
     }
     const Entry entry = MakeEntry(arena, description);
     if (block.size == block.capacity) {
         Grow(arena);
     }
     block.Insert(place, entry);
+    return true;
 }
 
 void ValueDescriptions::List::Grow(Arena& arena) {
@@ -198,8 +201,7 @@ void ValueDescriptions::List::Grow(Arena& arena) {
 
 // --- Long lists
 
-ValueDescriptions::Blocks::Blocks(Arena& arena, const Block& first)
-    : size(first.size), map(ArenaAllocator<Map::value_type>(arena)) {
+ValueDescriptions::Blocks::Blocks(Arena& arena, const Block& first) : map(ArenaAllocator<Map::value_type>(arena)) {
     lastAsked = lastAdded = map.emplace(std::numeric_limits<int32_t>::min(), first).first;
 }
 
@@ -214,13 +216,13 @@ ValueDescriptions::Blocks::Map::iterator ValueDescriptions::Blocks::FindBlock(in
     return std::prev(map.upper_bound(value));
 }
 
-void ValueDescriptions::Blocks::Add(Arena& arena, const Described& description) {
+bool ValueDescriptions::Blocks::Add(Arena& arena, const Described& description) {
     const auto [value, text] = description;
     auto found = FindBlock(value);
     uint32_t place = found->second.FindPlace(value);
     if (place != found->second.size && found->second.entries[place].value == value) {
         found->second.entries[place].Join(arena, text);
-        return;
+        return false;
     }
     const Entry entry = MakeEntry(arena, description);
     if (found->second.size == Block::kMost) {
@@ -229,10 +231,10 @@ void ValueDescriptions::Blocks::Add(Arena& arena, const Described& description) 
     }
     found->second.Insert(place, entry);
     lastAdded = found;
-    ++size;
     if (value < lastAsked->first) {
         ++numBefore;
     }
+    return true;
 }
 
 // The result is the half that the value belongs to. Where it is beyond all others, it begins a block, so that in
@@ -255,7 +257,7 @@ ValueDescriptions::Blocks::Map::iterator ValueDescriptions::Blocks::Split(Arena&
     return value < border ? full : behind;
 }
 
-ValueDescriptions::Described ValueDescriptions::Blocks::At(size_t index) {
+const ValueDescriptions::Entry& ValueDescriptions::Blocks::At(size_t index) {
     if (index < numBefore / 2) {
         lastAsked = map.begin();
         numBefore = 0;
@@ -266,7 +268,7 @@ ValueDescriptions::Described ValueDescriptions::Blocks::At(size_t index) {
     for (; index - numBefore >= lastAsked->second.size; ++lastAsked) {
         numBefore += lastAsked->second.size;
     }
-    return lastAsked->second.entries[index - numBefore].View();
+    return lastAsked->second.entries[index - numBefore];
 }
 
 }  // namespace tabrin

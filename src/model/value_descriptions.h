@@ -30,21 +30,17 @@ public:
     // As one after the other. Those that come in no order may be put in order first, with those of one value in their
     // order: in a long list values at random would each wait for memory in the search for their place.
     void AddAll(std::span<Described> descriptions);
-    void Clear() { list_ = nullptr; }
-
-    [[nodiscard]] size_t Size() const {
-        if (list_ == nullptr) {
-            return 0;
-        }
-        return list_->blocks != nullptr ? list_->blocks->size : list_->block.size;
+    void Clear() {
+        list_ = nullptr;
+        size_ = 0;
     }
 
-    // Without looking at the list, which costs waiting for memory.
-    [[nodiscard]] bool IsEmpty() const { return list_ == nullptr; }
+    [[nodiscard]] size_t Size() const { return size_; }
+    [[nodiscard]] bool IsEmpty() const { return size_ == 0; }
 
     // Number `index` in order; `index` must be below Size. Asking for one after the other takes constant time each.
     [[nodiscard]] Described At(size_t index) const {
-        return list_->blocks != nullptr ? list_->blocks->At(index) : list_->block.entries[index].View();
+        return (list_->blocks != nullptr ? list_->blocks->At(index) : list_->block.entries[index]).View();
     }
 
     [[nodiscard]] Arena& GetArena() const { return *arena_; }
@@ -86,10 +82,9 @@ private:
 
         Blocks(Arena& arena, const Block& first);
 
-        void Add(Arena& arena, const Described& description);
-        [[nodiscard]] Described At(size_t index);
+        bool Add(Arena& arena, const Described& description);
+        [[nodiscard]] const Entry& At(size_t index);
 
-        size_t size;
         Map map;
         // The block that was asked last, the number of entries in front of it, and the block that got the last one.
         Map::iterator lastAsked;
@@ -102,7 +97,8 @@ private:
     };
 
     struct List {
-        void Add(Arena& arena, const Described& description);
+        // False when the value was there and got more text.
+        bool Add(Arena& arena, const Described& description);
         void Grow(Arena& arena);
 
         Block block;     // the only one
@@ -116,8 +112,10 @@ private:
     static List* MakeUsualList(Arena& arena, std::span<const Described> descriptions);
 
     Arena* arena_;
-    // Most signals have none; one that is there is never empty. In the arena, where nothing needs to be destroyed.
+    // Most signals have none. In the arena, where nothing needs to be destroyed.
     List* list_ = nullptr;
+    // Here, as it is asked for of every signal: to look at the list costs waiting for memory.
+    size_t size_ = 0;
 };
 
 }  // namespace tabrin

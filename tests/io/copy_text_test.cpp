@@ -28,5 +28,21 @@ TEST(CopyText, AnEmptyTextNeedsNoMemory) {
     EXPECT_EQ(target, "ab");
 }
 
+// Every size, in the middle of other text on both sides.
+TEST(CopyShortText, CopiesTheTextAndANulAndNothingElse) {
+    const std::string source = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    for (size_t size = 0; size <= kLongestShortCopy; ++size) {
+        std::string target(40, '.');
+        CopyShortText(target.data() + 4, std::string_view(source).substr(size % 5, size));
+        EXPECT_EQ(target, "...." + source.substr(size % 5, size) + '\0' + std::string(35 - size, '.')) << size;
+    }
+}
+
+TEST(CopyShortText, AnEmptyTextNeedsNoMemory) {
+    std::string target(40, '.');
+    CopyShortText(target.data(), {});
+    EXPECT_EQ(target, '\0' + std::string(39, '.'));
+}
+
 }  // namespace
 }  // namespace tabrin

@@ -107,6 +107,19 @@ TEST(Arena, LargePieceLeavesTheSmallOnesTogether) {
     EXPECT_EQ(arena.Allocate(1, 1), first + 3);
 }
 
+// CopyShortText looks so far behind a text.
+TEST(Arena, BehindTheLastPieceOfABlockThereIsMore) {
+    TABRIN_SKIP_WITHOUT_LEVELS();
+    Arena arena;
+    const char* piece = arena.Allocate(1, 1);
+    size_t count = 1;
+    for (const char* next = arena.Allocate(1, 1); next == piece + 1; next = arena.Allocate(1, 1)) {
+        piece = next;
+        ++count;
+    }
+    EXPECT_EQ(count + 31, 4096U) << "the first block has 4 KB";
+}
+
 // --- Texts
 
 TEST(Arena, KeepsACopyOfAText) {

@@ -24,10 +24,9 @@ void FillForRecord(CANSignal& signal) {
     signal.invalid = false;
     signal.identifierName = "Engine_Speed";
     signal.name = "Engine Speed";
-    signal.unit = "_C";
-    signal.unitAsWritten =
+    signal.SetUnit(
         "\xC2\xB0"
-        "C";
+        "C");
     signal.AppendComment("say \\\"hi\\\"");
     signal.multiplexKind = 2;
     signal.multiplexValue = 4000000001U;
@@ -154,7 +153,7 @@ TEST(CanSignalRecord, EachTextIsCutToItsField) {
     const std::string kLong(300, 'a');
     OwnSignal signal;
     FillForRecord(signal);
-    signal.identifierName = signal.name = signal.unit = signal.unitAsWritten = kLong;
+    signal.identifierName = signal.name = signal.unit = signal.unitAsWritten = signal.GetArena().Keep(kLong);
     SetText(signal, kComment, kLong);
     std::string receivers;
     for (int i = 0; i < 100; ++i) {
