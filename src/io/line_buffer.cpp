@@ -100,9 +100,9 @@ bool LineBuffer::ReadBlock() {
 void LineBuffer::Pack(size_t capacity) {
     const size_t textSize = end_ - begin_;
     const size_t rawSize = rawEnd_ - rawBegin_;
-    std::unique_ptr<char[]> larger;
+    MemoryBlock larger;
     if (capacity != capacity_) {
-        larger = std::make_unique_for_overwrite<char[]>(capacity);
+        larger = AllocateBlock(capacity);
     }
     char* target = larger ? larger.get() : data_.get();
     if (data_) {

@@ -10,10 +10,10 @@
 
 #include <array>
 #include <cstddef>
-#include <memory>
 #include <string_view>
 
 #include "io/file.h"
+#include "io/memory_block.h"
 #include "io/text_marks.h"
 
 namespace tabrin {
@@ -60,7 +60,7 @@ private:
     void ForgetLine();
 
     File& file_;
-    std::unique_ptr<char[]> data_;
+    MemoryBlock data_;
     size_t capacity_ = 0;
     size_t begin_ = 0;     // of the text
     size_t end_ = 0;       // of the text

@@ -1,7 +1,6 @@
 #include "model/arena.h"
 
 #include <algorithm>
-#include <new>
 #include <utility>
 
 #include "io/large_pages.h"
@@ -61,15 +60,7 @@ char* Arena::AllocateInNewBlock(size_t size) {
 }
 
 char* Arena::AddBlock(size_t size) {
-    const bool isLargePage = size == LargePageSize();
-    const auto alignment = std::align_val_t{isLargePage ? size : __STDCPP_DEFAULT_NEW_ALIGNMENT__};
-    // Its place first: then nothing can fail that would lose it.
-    auto& block = blocks_.emplace_back(nullptr, BlockDeleter{alignment});
-    block.reset(static_cast<char*>(::operator new[](size, alignment)));
-    if (isLargePage) {
-        PreferLargePages(block.get(), size);
-    }
-    return block.get();
+    return blocks_.emplace_back(AllocateBlock(size)).get();
 }
 
 void Arena::Rewind(const Mark& mark) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "io/copy_text.h"
+#include "io/memory_block.h"
 
 namespace tabrin {
 
@@ -49,17 +50,11 @@ private:
         char* end = nullptr;
     };
 
-    struct BlockDeleter {
-        std::align_val_t alignment{__STDCPP_DEFAULT_NEW_ALIGNMENT__};
-
-        void operator()(char* block) const { ::operator delete[](block, alignment); }
-    };
-
     char* AllocateInNewBlock(size_t size);
     char* AddBlock(size_t size);
     void Rewind(const Mark& mark);
 
-    std::vector<std::unique_ptr<char[], BlockDeleter>> blocks_;
+    std::vector<MemoryBlock> blocks_;
     size_t current_ = 0;  // the block that small pieces come from, once there is one
     char* free_ = nullptr;
     char* end_ = nullptr;

@@ -81,8 +81,6 @@ public:
     double minimum = 0.0;
     double maximum = 0.0;
     ReceiverList receivers;
-    bool invalid = true;
-    bool suffixApplied = false;
     std::string_view name;
     std::string_view identifierName;
 
@@ -94,6 +92,8 @@ public:
     uint32_t inactiveValue = 0;
     uint32_t length = 0;
     uint32_t valueType = TABRIN_VALUE_UNSIGNED;
+    bool invalid = true;
+    bool suffixApplied = false;
     ValueDescriptions valueDescriptions;
     std::string_view nameAsRead;  // other statements of the file find the signal by it
 
