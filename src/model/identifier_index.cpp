@@ -1,6 +1,7 @@
 #include "model/identifier_index.h"
 
 #include <algorithm>
+#include <bit>
 #include <utility>
 
 #include "io/text_hash.h"
@@ -9,24 +10,7 @@
 namespace tabrin {
 
 void IdentifierIndex::AddMessage(CANMessage& message) {
-    const size_t number = messages_.size();
-    messages_.push_back({&message, names_.size()});
-    if (2 * namesakes_.size() >= slots_.size()) {
-        GrowSlots();
-    }
-    Slot* const found = FindSlot(message.id);
-    Slot& slot = found != nullptr ? *found : crowded_[message.id];
-    if (slot.namesakes == kNone) {
-        namesakes_.push_back({message.id, number, number});
-        slot = {message.id, namesakes_.size() - 1};
-    } else {
-        Namesakes& namesakes = namesakes_[slot.namesakes];
-        messages_[std::exchange(namesakes.last, number)].next = number;
-        if (namesakes.unsorted == kNone) {
-            namesakes.unsorted = number;
-        }
-    }
-    lastAdded_ = slot.namesakes;
+    messages_.push_back({&message, message.id, names_.size()});
 }
 
 // Nearly always the names are one text.
@@ -39,7 +23,7 @@ void IdentifierIndex::AddSignal(CANSignal& signal) {
     names_.push_back({NameKey(NameHash(name), NameKind::AsRead), &signal});
     names_.push_back({NameKey(TextHash(signal.identifierName), NameKind::Identifier), &signal});
     if (FindBlankOrEnd(name, 0) != name.size()) {
-        size_t& longest = namesakes_[lastAdded_].longestWithBlanks;
+        size_t& longest = messages_.back().longestWithBlanks;
         longest = std::max(longest, name.size());
     }
 }
@@ -73,6 +57,7 @@ SignalNames IdentifierIndex::FindSignalNames(uint32_t id) {
 // order.
 size_t IdentifierIndex::FindNamesakes(uint32_t id) {
     constexpr size_t kNear = 8;
+    SortInNewMessages();
     const size_t end = std::min(namesakes_.size(), lastFound_ + kNear);
     for (size_t i = lastFound_; i < end; ++i) {
         if (namesakes_[i].id == id) {
@@ -129,14 +114,47 @@ IdentifierIndex::Slot* IdentifierIndex::FindSlot(uint32_t id) {
     return nullptr;
 }
 
+IdentifierIndex::Slot& IdentifierIndex::GetSlot(uint32_t id) {
+    Slot* const found = FindSlot(id);
+    return found != nullptr ? *found : crowded_[id];
+}
+
+void IdentifierIndex::SortInNewMessages() {
+    if (firstUnsorted_ == messages_.size()) {
+        return;
+    }
+    if (2 * messages_.size() > slots_.size()) {
+        GrowSlots();
+    }
+    for (; firstUnsorted_ < messages_.size(); ++firstUnsorted_) {
+        SortIn(firstUnsorted_);
+    }
+}
+
+void IdentifierIndex::SortIn(size_t message) {
+    const uint32_t id = messages_[message].id;
+    Slot& slot = GetSlot(id);
+    if (slot.namesakes == kNone) {
+        slot = {id, namesakes_.size()};
+        namesakes_.push_back({id, message, message});
+    } else {
+        Namesakes& namesakes = namesakes_[slot.namesakes];
+        messages_[std::exchange(namesakes.last, message)].next = message;
+        if (namesakes.unsorted == kNone) {
+            namesakes.unsorted = message;
+        }
+    }
+    size_t& longest = namesakes_[slot.namesakes].longestWithBlanks;
+    longest = std::max(longest, messages_[message].longestWithBlanks);
+}
+
+// At least half of them stay free.
 void IdentifierIndex::GrowSlots() {
     constexpr size_t kFewest = 16;
-    slots_.assign(std::max(kFewest, 2 * slots_.size()), Slot{});
+    slots_.assign(std::bit_ceil(std::max(kFewest, 2 * messages_.size())), Slot{});
     crowded_.clear();
     for (size_t i = 0; i < namesakes_.size(); ++i) {
-        const uint32_t id = namesakes_[i].id;
-        Slot* const found = FindSlot(id);
-        (found != nullptr ? *found : crowded_[id]) = {id, i};
+        GetSlot(namesakes_[i].id) = {namesakes_[i].id, i};
     }
 }
 

@@ -49,7 +49,7 @@ class IdentifierIndex {
 public:
     // By the identifier that it has by now.
     void AddMessage(CANMessage& message);
-    // A signal of the message added last, by the names that it has by now.
+    // A signal of the message added last, by the names that it has by now. Nothing may have been asked for since then.
     void AddSignal(CANSignal& signal);
     void Clear();
 
@@ -67,7 +67,9 @@ private:
 
     struct Message {
         CANMessage* message;
-        size_t firstName;     // its names reach up to those of the next message
+        uint32_t id;
+        size_t firstName;  // its names reach up to those of the next message
+        size_t longestWithBlanks = 0;
         size_t next = kNone;  // of the same identifier
     };
 
@@ -87,7 +89,10 @@ private:
         size_t namesakes = kNone;
     };
 
+    void SortInNewMessages();
+    void SortIn(size_t message);
     Slot* FindSlot(uint32_t id);
+    Slot& GetSlot(uint32_t id);
     void GrowSlots();
     [[nodiscard]] size_t LookUp(uint32_t id);
     [[nodiscard]] size_t FindNamesakes(uint32_t id);
@@ -99,8 +104,10 @@ private:
     std::vector<Message> messages_;
     std::vector<SignalName> names_;
     std::vector<Namesakes> namesakes_;
-    size_t lastAdded_ = 0;  // among the namesakes
-    size_t lastFound_ = 0;
+    // The messages in front of this one are among the namesakes. The others come to them when somebody asks: one after
+    // the other they wait for memory together, but each alone while the file is read.
+    size_t firstUnsorted_ = 0;
+    size_t lastFound_ = 0;        // among the namesakes
     size_t firstToPrefetch_ = 0;  // among the names
     size_t endToPrefetch_ = 0;
 

@@ -75,45 +75,47 @@ public:
     // Calls `use` with every signal of this name that has this key or the next, until it answers false.
     template <typename Use>
     void ForEach(uint64_t key, std::string_view name, Use use) const {
-        size_t end = 0;
-        for (size_t run = 0; run <= innerEnds_.size(); ++run) {
-            const size_t begin = end;
-            end = run < innerEnds_.size() ? innerEnds_[run] : names_.size();
-            // Both keys stand side by side, so that what has the second is near where the first would be.
-            size_t place = FirstOf(begin, end, key, name);
-            if (!UseAllOf(place, end, key, name, use)) {
+        for (const Run& run : runs_) {
+            if (!ForEachOfKey(run, key, name, use) || !ForEachOfKey(run, key + 1, name, use)) {
                 return;
-            }
-            if (place < end && names_[place].key <= key + 1) {
-                place = FirstOf(place, end, key + 1, name);
-                if (!UseAllOf(place, end, key + 1, name, use)) {
-                    return;
-                }
             }
         }
     }
 
 private:
-    void MergeLikeRuns();
-    static bool IsLess(const SignalName& a, const SignalName& b);
-    std::vector<SignalName>::iterator Place(size_t index);
-    [[nodiscard]] size_t FirstOf(size_t begin, size_t end, uint64_t key, std::string_view name) const;
+    // Ordered by the key and then the name. As keys are hashes, their first bits tell where one is to be found.
+    struct Run {
+        explicit Run(std::span<const SignalName> unsorted) : names(unsorted.begin(), unsorted.end()) {}
 
-    // Goes on from `place` to the first that has another key or name. False when `use` has answered so.
+        void Sort();
+        void Merge(const Run& other);
+        [[nodiscard]] size_t FirstOf(uint64_t key, std::string_view name) const;
+
+        std::vector<SignalName> names;
+
+    private:
+        void NoteBegins();
+
+        // Of the names whose keys have the same first bits. The last one is the end.
+        std::vector<uint32_t> begins_;
+        unsigned otherBits_ = 0;
+    };
+
     template <typename Use>
-    bool UseAllOf(size_t& place, size_t end, uint64_t key, std::string_view name, Use& use) const {
-        for (; place < end && names_[place].key == key && NameOf(names_[place]) == name; ++place) {
-            if (!use(*names_[place].signal)) {
+    static bool ForEachOfKey(const Run& run, uint64_t key, std::string_view name, Use& use) {
+        for (size_t i = run.FirstOf(key, name); i < run.names.size(); ++i) {
+            if (run.names[i].key != key || NameOf(run.names[i]) != name) {
+                return true;
+            }
+            if (!use(*run.names[i].signal)) {
                 return false;
             }
         }
         return true;
     }
 
-    // Runs, each ordered by the key and then the name. Every message adds a run; runs of like size are merged, so that
-    // there are never many.
-    std::vector<SignalName> names_;
-    std::vector<size_t> innerEnds_;  // of all runs but the last
+    // Every message adds one; those of like size are merged, so that there are never many.
+    std::vector<Run> runs_;
 };
 
 // The signals of all messages of one identifier, by the name they were read with and by their identifier name. Names
