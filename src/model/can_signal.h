@@ -65,7 +65,7 @@ public:
     void AppendComment(std::string_view text);
 
     // For who is about to read a statement of this signal.
-    void PrefetchForStatements() const { Prefetch(&comment, 128); }
+    void PrefetchForStatements() const { Prefetch(&comment, 160); }
 
     [[nodiscard]] Arena& GetArena() const { return valueDescriptions.GetArena(); }
 
