@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "dbc/reading.h"
+#include "random.h"
 #include "shown.h"
 
 namespace tabrin {
@@ -199,27 +200,6 @@ private:
 };
 
 // --- The files
-
-// The same numbers on every platform, unlike the distributions of the standard library.
-class Random {
-public:
-    explicit Random(uint32_t seed) : state_(seed) {}
-
-    uint32_t Below(uint32_t limit) {
-        state_ = state_ * 1664525U + 1013904223U;
-        return (state_ >> 8) % limit;
-    }
-
-    bool OneIn(uint32_t count) { return Below(count) == 0; }
-
-    template <typename Choice>
-    std::string From(const Choice& choice) {
-        return std::string(choice[Below(static_cast<uint32_t>(std::size(choice)))]);
-    }
-
-private:
-    uint32_t state_;
-};
 
 constexpr std::string_view kIdentifiers[] = {"1", "2", "10", "4294967295"};
 

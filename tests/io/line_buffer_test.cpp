@@ -323,6 +323,16 @@ TEST(LineBuffer, ShortLinesTakeTheRoomOfAFewBlocks) {
     EXPECT_LT(most - least, 4U * 65536U);
 }
 
+// Opens a file, reads so many lines of it and begins anew.
+void ReadAndForget(File& file, LineBuffer& buffer, const std::string& path, int lines) {
+    ASSERT_TRUE(file.OpenForReading(path));
+    for (int i = 0; i < lines; ++i) {
+        buffer.ReadLine();
+    }
+    file.Close();
+    buffer.Reset();
+}
+
 TEST(LineBuffer, StartsAnewWithTheNextFile) {
     const TempFile first("a\nb\nc", "first");
     const TempFile second("d\ne", "second");
@@ -330,12 +340,7 @@ TEST(LineBuffer, StartsAnewWithTheNextFile) {
     LineBuffer buffer(file);
     for (int reads = 0; reads <= 4; ++reads) {
         SCOPED_TRACE(reads);
-        ASSERT_TRUE(file.OpenForReading(first.Path()));
-        for (int i = 0; i < reads; ++i) {
-            buffer.ReadLine();
-        }
-        file.Close();
-        buffer.Reset();
+        ReadAndForget(file, buffer, first.Path(), reads);
         EXPECT_EQ(buffer.Text(), "");
         ASSERT_TRUE(file.OpenForReading(second.Path()));
         EXPECT_EQ(buffer.ReadLine(), LineBuffer::Result::Line);
@@ -545,12 +550,7 @@ TEST(NextKeywordEnd, StartsAnewWithTheNextFile) {
     LineBuffer buffer(file);
     for (int reads = 0; reads <= 3; ++reads) {
         SCOPED_TRACE(reads);
-        ASSERT_TRUE(file.OpenForReading(first.Path()));
-        for (int i = 0; i < reads; ++i) {
-            buffer.ReadLine();
-        }
-        file.Close();
-        buffer.Reset();
+        ReadAndForget(file, buffer, first.Path(), reads);
         size_t place = 77;
         EXPECT_FALSE(buffer.NextKeywordEnd(place));
         ASSERT_TRUE(file.OpenForReading(second.Path()));

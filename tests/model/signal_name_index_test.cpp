@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "model/own_arena.h"
+#include "random.h"
 #include "shown.h"
 
 namespace tabrin {
@@ -266,19 +267,6 @@ std::string Identifier(std::string_view name) {
     }
     return identifier;
 }
-
-class Random {
-public:
-    explicit Random(uint32_t seed) : state_(seed) {}
-
-    uint32_t Below(uint32_t limit) {
-        state_ = state_ * 1664525U + 1013904223U;
-        return (state_ >> 8) % limit;
-    }
-
-private:
-    uint32_t state_;
-};
 
 using Counts = std::map<const CANSignal*, int>;
 
