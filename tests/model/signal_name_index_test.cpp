@@ -177,6 +177,31 @@ TEST(SortedSignalNames, NamesOfOneKeyAreToldApart) {
     EXPECT_EQ(count(NameKind::AsRead, 50, 1000), 0U);
 }
 
+// The first and the last hashes, and one in the middle, in every order with messages that have no signals.
+TEST(SortedSignalNames, AreFoundFromTheFirstToTheLastHash) {
+    constexpr uint64_t kHashes[] = {0, 4, 0x7FFF'FFFF'FFFF'FFFC, 0x8000'0000'0000'0000, 0xFFFF'FFFF'FFFF'FFFC};
+    OwnSignal signal;
+    signal.nameAsRead = signal.identifierName = signal.GetArena().Keep("A");
+    for (const uint64_t first : kHashes) {
+        for (const uint64_t second : kHashes) {
+            SCOPED_TRACE(testing::Message() << first << " and " << second);
+            SortedSignalNames names;
+            names.Add({});
+            names.Add(std::vector<SignalName>{{NameKey(first, NameKind::Both), &signal}});
+            names.Add({});
+            names.Add(std::vector<SignalName>{{NameKey(second, NameKind::AsRead), &signal}});
+            for (const uint64_t wanted : kHashes) {
+                size_t count = 0;
+                names.ForEach(NameKey(wanted, NameKind::AsRead), "A", [&](const CANSignal&) {
+                    ++count;
+                    return true;
+                });
+                EXPECT_EQ(count, (wanted == first ? 1U : 0U) + (wanted == second ? 1U : 0U)) << wanted;
+            }
+        }
+    }
+}
+
 TEST(SignalNames, OfNoMessageHasNoSignals) {
     const SignalNames none;
     EXPECT_FALSE(none.HasMessage());
