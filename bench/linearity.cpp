@@ -25,7 +25,7 @@ constexpr int kMostRepetitions = 200;
 using Sizes = std::array<size_t, 4>;
 using Action = std::function<double(const std::string& path)>;  // ProcessorSeconds of what is looked at
 
-// How much of a bend is the machine's: what does not fit into its caches is dearer to anybody.
+// To compare with: reading that keeps nothing, so that it needs no more memory for a large file than for a small one.
 double YardstickTime(const std::string& path) {
     Clear();
     return ProcessorSeconds([&] { CheckLines(path); });

@@ -9,13 +9,6 @@
 
 #include "io/byte_block.h"
 
-// For what may look behind the end of a text, in memory that is there.
-#ifdef __GNUC__
-#define TABRIN_UNCHECKED_ADDRESSES __attribute__((no_sanitize("address")))
-#else
-#define TABRIN_UNCHECKED_ADDRESSES
-#endif
-
 namespace tabrin {
 
 // Copies a text to memory that it does not overlap with.
@@ -49,10 +42,12 @@ inline void CopyText(char* to, std::string_view text) {
 // The longest text that CopyShortText takes.
 inline constexpr size_t kLongestShortCopy = 2 * ByteBlock::kSize - 1;
 
-// Copies a text and a NUL in the same way for every length, so that the processor has nothing to guess. It looks at 32
-// bytes from the beginning of either: what is behind the text comes to nothing, what is behind the NUL stays as it is.
-TABRIN_UNCHECKED_ADDRESSES inline void CopyShortText(char* to, std::string_view text) {
-#ifdef TABRIN_HAS_SSE2
+// Copies a text and a NUL in the same way for every length up to the longest, so that the processor has nothing to guess.
+// For that it reads 32 bytes from the begin of the text on, of which those behind the text come to nothing, and writes
+// all 32 bytes of the target, those behind the NUL as they were. Both must be there.
+inline void CopyShortText(char* to, std::string_view text) {
+// The address sanitizer is to see what is wrong with the text itself.
+#if defined(TABRIN_HAS_SSE2) && !defined(TABRIN_SANITIZE)
     // As many ones as the text has bytes, and then zeros, are found that many bytes in front of the middle.
     static constexpr unsigned char kOnesAndZeros[4 * ByteBlock::kSize] = {
         0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF,

@@ -1,4 +1,4 @@
-// Memory in one piece, in large pages where it is large.
+// Memory in one piece, in large pages where it is large and the system has them.
 #pragma once
 
 #include <cstddef>
@@ -15,8 +15,8 @@ struct MemoryBlockDeleter {
 
 using MemoryBlock = std::unique_ptr<char[], MemoryBlockDeleter>;
 
-// Aligned for every fundamental type. From the size of a large page on it is in such pages, so that the processor has few
-// to look up and the system few to hand out.
+// Aligned for every fundamental type. From the size of a large page on it asks for such pages, so that the processor has
+// few to look up and the system few to hand out.
 MemoryBlock AllocateBlock(size_t size);
 
 }  // namespace tabrin

@@ -5,10 +5,6 @@
 
 #include "io/large_pages.h"
 
-#ifdef TABRIN_SANITIZE
-#include <sanitizer/asan_interface.h>
-#endif
-
 namespace tabrin {
 
 namespace {
@@ -21,20 +17,13 @@ constexpr size_t kUsualBlock = size_t{64} << 10;
 // processor has few pages to look up and the system few to hand out. These go back to the system with Clear.
 constexpr size_t kLargeDatabase = size_t{8} << 20;
 
-// Behind every piece so much can be read: CopyShortText looks at it.
-constexpr size_t kReadableBehind = kLongestShortCopy;
-
 // Under the address sanitizer each piece is a block of its own, so that it is seen when one is overrun.
 #ifdef TABRIN_SANITIZE
 constexpr bool kSharesBlocks = false;
-
-void ForbidToOthers(char* begin) {
-    ASAN_POISON_MEMORY_REGION(begin, kReadableBehind);
-}
+constexpr size_t kReadableBehind = 0;
 #else
 constexpr bool kSharesBlocks = true;
-
-void ForbidToOthers(char*) {}
+constexpr size_t kReadableBehind = kLongestShortCopy;  // behind every piece, as CopyShortText reads on there
 #endif
 
 }  // namespace
@@ -45,9 +34,7 @@ char* Arena::AllocateInNewBlock(size_t size) {
     const size_t blockSize = std::max(nextBlockSize_, kFirstBlock);
     const bool isLarge = !kSharesBlocks || size > blockSize / 4;
     char* piece = AddBlock(isLarge ? size + kReadableBehind : blockSize);
-    if (isLarge) {
-        ForbidToOthers(piece + size);
-    } else {
+    if (!isLarge) {
         current_ = blocks_.size() - 1;
         free_ = piece + size;
         end_ = piece + blockSize - kReadableBehind;

@@ -65,7 +65,10 @@ public:
     void AppendComment(std::string_view text);
 
     // For who is about to read a statement of this signal.
-    void PrefetchForStatements() const { Prefetch(&comment, 160); }
+    void PrefetchForStatements() const {
+        constexpr size_t kSize = 160;  // from the comment to the end, and the name behind
+        Prefetch(&comment, kSize);
+    }
 
     [[nodiscard]] Arena& GetArena() const { return valueDescriptions.GetArena(); }
 
@@ -92,7 +95,7 @@ public:
     uint32_t inactiveValue = 0;
     uint32_t length = 0;
     uint32_t valueType = TABRIN_VALUE_UNSIGNED;
-    bool invalid = true;
+    bool invalid = true;  // these two are here only because there is room for them
     bool suffixApplied = false;
     ValueDescriptions valueDescriptions;
     std::string_view nameAsRead;  // other statements of the file find the signal by it

@@ -10,7 +10,7 @@
 namespace tabrin {
 
 void IdentifierIndex::AddMessage(CANMessage& message) {
-    messages_.push_back({&message, message.id, names_.size()});
+    messages_.push_back({&message, message.id, 0, names_.size()});
 }
 
 // Nearly always the names are one text.
@@ -23,8 +23,8 @@ void IdentifierIndex::AddSignal(CANSignal& signal) {
     names_.push_back({NameKey(NameHash(name), NameKind::AsRead), &signal});
     names_.push_back({NameKey(TextHash(signal.identifierName), NameKind::Identifier), &signal});
     if (FindBlankOrEnd(name, 0) != name.size()) {
-        size_t& longest = messages_.back().longestWithBlanks;
-        longest = std::max(longest, name.size());
+        uint32_t& longest = messages_.back().longestWithBlanks;
+        longest = std::max(longest, static_cast<uint32_t>(name.size()));
     }
 }
 
@@ -123,8 +123,9 @@ void IdentifierIndex::SortInNewMessages() {
     if (firstUnsorted_ == messages_.size()) {
         return;
     }
-    if (2 * messages_.size() > slots_.size()) {
-        GrowSlots();
+    const size_t most = namesakes_.size() + messages_.size() - firstUnsorted_;
+    if (2 * most > slots_.size()) {
+        GrowSlots(most);
     }
     for (; firstUnsorted_ < messages_.size(); ++firstUnsorted_) {
         SortIn(firstUnsorted_);
@@ -135,8 +136,8 @@ void IdentifierIndex::SortIn(size_t message) {
     const uint32_t id = messages_[message].id;
     Slot& slot = GetSlot(id);
     if (slot.namesakes == kNone) {
-        slot = {id, namesakes_.size()};
         namesakes_.push_back({id, message, message});
+        slot = {id, namesakes_.size() - 1};
     } else {
         Namesakes& namesakes = namesakes_[slot.namesakes];
         messages_[std::exchange(namesakes.last, message)].next = message;
@@ -144,14 +145,14 @@ void IdentifierIndex::SortIn(size_t message) {
             namesakes.unsorted = message;
         }
     }
-    size_t& longest = namesakes_[slot.namesakes].longestWithBlanks;
+    uint32_t& longest = namesakes_[slot.namesakes].longestWithBlanks;
     longest = std::max(longest, messages_[message].longestWithBlanks);
 }
 
-// At least half of them stay free.
-void IdentifierIndex::GrowSlots() {
+// For so many identifiers, with at least half of the slots free.
+void IdentifierIndex::GrowSlots(size_t identifiers) {
     constexpr size_t kFewest = 16;
-    slots_.assign(std::bit_ceil(std::max(kFewest, 2 * messages_.size())), Slot{});
+    slots_.assign(std::bit_ceil(std::max(kFewest, 2 * identifiers)), Slot{});
     crowded_.clear();
     for (size_t i = 0; i < namesakes_.size(); ++i) {
         GetSlot(namesakes_[i].id) = {namesakes_[i].id, i};

@@ -68,8 +68,8 @@ private:
     struct Message {
         CANMessage* message;
         uint32_t id;
-        size_t firstName;  // its names reach up to those of the next message
-        size_t longestWithBlanks = 0;
+        uint32_t longestWithBlanks = 0;
+        size_t firstName;     // its names reach up to those of the next message
         size_t next = kNone;  // of the same identifier
     };
 
@@ -78,7 +78,7 @@ private:
         uint32_t id;
         size_t first;
         size_t last;
-        size_t longestWithBlanks = 0;
+        uint32_t longestWithBlanks = 0;
         // Only where there are many names. `unsorted` is the first message whose names are not among them yet.
         std::unique_ptr<SortedSignalNames> sortedNames = nullptr;
         size_t unsorted = kNone;
@@ -93,7 +93,7 @@ private:
     void SortIn(size_t message);
     Slot* FindSlot(uint32_t id);
     Slot& GetSlot(uint32_t id);
-    void GrowSlots();
+    void GrowSlots(size_t identifiers);
     [[nodiscard]] size_t LookUp(uint32_t id);
     [[nodiscard]] size_t FindNamesakes(uint32_t id);
     void GoOnTo(size_t namesakes);
@@ -104,8 +104,8 @@ private:
     std::vector<Message> messages_;
     std::vector<SignalName> names_;
     std::vector<Namesakes> namesakes_;
-    // The messages in front of this one are among the namesakes. The others come to them when somebody asks: one after
-    // the other they wait for memory together, but each alone while the file is read.
+    // The messages in front of this one are among the namesakes. The others come to them when somebody asks: put in at
+    // one go they wait for memory at the same time, and put in as they are read each would wait for itself.
     size_t firstUnsorted_ = 0;
     size_t lastFound_ = 0;        // among the namesakes
     size_t firstToPrefetch_ = 0;  // among the names

@@ -21,7 +21,8 @@ bool FillField(char (&field)[Size], std::string_view text) {
     return CopyToBuffer(field, text, Size);
 }
 
-// The same for a text of an arena, of a length that is hard to guess and seldom above 31.
+// The same for texts of lengths that are hard to guess and seldom above 31. The text must be in an arena: it is read
+// beyond its end.
 template <size_t Size>
 bool FillShortField(char (&field)[Size], std::string_view text) {
     static_assert(Size > kLongestShortCopy);

@@ -1,7 +1,10 @@
 #include "model/signal_name_index.h"
 
 #include <algorithm>
+#include <bit>
+#include <iterator>
 #include <numeric>
+#include <utility>
 
 namespace tabrin {
 
@@ -10,6 +13,12 @@ namespace {
 // The names themselves are compared where the keys are equal: names can be made of which thousands have one key.
 bool IsLess(const SignalName& a, const SignalName& b) {
     return a.key != b.key ? a.key < b.key : NameOf(a) < NameOf(b);
+}
+
+std::vector<SignalName> Merged(const std::vector<SignalName>& a, const std::vector<SignalName>& b) {
+    std::vector<SignalName> merged(a.size() + b.size());
+    std::merge(a.begin(), a.end(), b.begin(), b.end(), merged.begin(), IsLess);
+    return merged;
 }
 
 }  // namespace
@@ -22,44 +31,43 @@ uint64_t NameHash(std::string_view name) {
     return whole.Hash();
 }
 
+// Nothing is changed before all that needs memory is done.
 void SortedSignalNames::Add(std::span<const SignalName> names) {
-    runs_.emplace_back(names).Sort();
-    while (runs_.size() > 1 && runs_[runs_.size() - 2].names.size() <= 2 * runs_.back().names.size()) {
-        runs_[runs_.size() - 2].Merge(runs_.back());
-        runs_.pop_back();
+    std::vector<SignalName> merged(names.begin(), names.end());
+    std::sort(merged.begin(), merged.end(), IsLess);
+    auto firstMerged = runs_.end();
+    while (firstMerged != runs_.begin() && std::prev(firstMerged)->Names().size() <= 2 * merged.size()) {
+        --firstMerged;
+        merged = Merged(firstMerged->Names(), merged);
+    }
+    Run run(std::move(merged));
+    if (firstMerged == runs_.end()) {
+        runs_.push_back(std::move(run));
+    } else {
+        *firstMerged = std::move(run);
+        runs_.erase(std::next(firstMerged), runs_.end());
     }
 }
 
-void SortedSignalNames::Run::Sort() {
-    std::sort(names.begin(), names.end(), IsLess);
-    NoteBegins();
-}
-
-void SortedSignalNames::Run::Merge(const Run& other) {
-    const auto middle = static_cast<std::ptrdiff_t>(names.size());
-    names.insert(names.end(), other.names.begin(), other.names.end());
-    std::inplace_merge(names.begin(), names.begin() + middle, names.end(), IsLess);
-    NoteBegins();
-}
-
-void SortedSignalNames::Run::NoteBegins() {
-    const auto firstBits = static_cast<unsigned>(std::bit_width(names.size() | 1));
+SortedSignalNames::Run::Run(std::vector<SignalName> ordered) : names_(std::move(ordered)) {
+    const auto firstBits = static_cast<unsigned>(std::bit_width(names_.size() | 1));
     otherBits_ = 64 - firstBits;
-    begins_.assign((size_t{1} << firstBits) + 1, 0);
-    for (const SignalName& name : names) {
+    begins_.resize((size_t{1} << firstBits) + 1);
+    for (const SignalName& name : names_) {
         ++begins_[static_cast<size_t>(name.key >> otherBits_) + 1];
     }
     std::partial_sum(begins_.begin(), begins_.end(), begins_.begin());
 }
 
-// Few names have the same first bits, but for those that were made to.
+// Few names have their first bits in common, unless a file is made for it; then it is still a search by halves.
 size_t SortedSignalNames::Run::FirstOf(uint64_t key, std::string_view name) const {
+    const auto isBefore = [&](const SignalName& candidate) {
+        return candidate.key < key || (candidate.key == key && NameOf(candidate) < name);
+    };
     const auto firstBits = static_cast<size_t>(key >> otherBits_);
-    const auto place = std::partition_point(
-        names.begin() + begins_[firstBits], names.begin() + begins_[firstBits + 1], [&](const SignalName& candidate) {
-            return candidate.key < key || (candidate.key == key && NameOf(candidate) < name);
-        });
-    return static_cast<size_t>(place - names.begin());
+    const auto place =
+        std::partition_point(names_.begin() + begins_[firstBits], names_.begin() + begins_[firstBits + 1], isBefore);
+    return static_cast<size_t>(place - names_.begin());
 }
 
 }  // namespace tabrin

@@ -84,30 +84,28 @@ public:
 
 private:
     // Ordered by the key and then the name. As keys are hashes, their first bits tell where one is to be found.
-    struct Run {
-        explicit Run(std::span<const SignalName> unsorted) : names(unsorted.begin(), unsorted.end()) {}
+    class Run {
+    public:
+        explicit Run(std::vector<SignalName> ordered);
 
-        void Sort();
-        void Merge(const Run& other);
+        [[nodiscard]] const std::vector<SignalName>& Names() const { return names_; }
         [[nodiscard]] size_t FirstOf(uint64_t key, std::string_view name) const;
 
-        std::vector<SignalName> names;
-
     private:
-        void NoteBegins();
-
+        std::vector<SignalName> names_;
         // Of the names whose keys have the same first bits. The last one is the end.
         std::vector<uint32_t> begins_;
-        unsigned otherBits_ = 0;
+        unsigned otherBits_;
     };
 
     template <typename Use>
     static bool ForEachOfKey(const Run& run, uint64_t key, std::string_view name, Use& use) {
-        for (size_t i = run.FirstOf(key, name); i < run.names.size(); ++i) {
-            if (run.names[i].key != key || NameOf(run.names[i]) != name) {
+        const std::vector<SignalName>& names = run.Names();
+        for (size_t i = run.FirstOf(key, name); i < names.size(); ++i) {
+            if (names[i].key != key || NameOf(names[i]) != name) {
                 return true;
             }
-            if (!use(*run.names[i].signal)) {
+            if (!use(*names[i].signal)) {
                 return false;
             }
         }

@@ -82,6 +82,7 @@ private:
 
         Blocks(Arena& arena, const Block& first);
 
+        // As that of List.
         bool Add(Arena& arena, const Described& description);
         [[nodiscard]] const Entry& At(size_t index);
 

@@ -271,5 +271,15 @@ TEST(LinearWork, FaultyStatementTakesNoMemoryForGood) {
     }
 }
 
+// A piece that gets a block of its own has 31 bytes behind it too, at which the copying of short texts looks.
+TEST(LinearWork, LargePieceTakesItsSizeAndALittleMore) {
+    Arena arena;
+    for (int i = 0; i < 3; ++i) {
+        arena.Allocate(5000, 1);
+    }
+    const Effort effort = EffortOf([&] { arena.Allocate(5000, 1); });
+    EXPECT_EQ(effort.bytes, 5031U);
+}
+
 }  // namespace
 }  // namespace tabrin
