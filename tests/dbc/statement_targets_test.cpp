@@ -219,8 +219,8 @@ constexpr std::string_view kCodes[] = {": 1;", ": 2;",  ":1;",   ": 0;",   ": 3;
 class FileMaker {
 public:
     explicit FileMaker(uint32_t seed) : random_(seed) {
-        const uint32_t blocks = 1 + random_.Below(12);
-        for (uint32_t i = 0; i < blocks; ++i) {
+        const size_t blocks = 1 + random_.Below(12);
+        for (size_t i = 0; i < blocks; ++i) {
             AddMessages();
             AddStatements();
         }
@@ -231,11 +231,11 @@ public:
 
 private:
     void AddMessages() {
-        for (uint32_t count = 1 + random_.Below(3); count > 0; --count) {
+        for (size_t count = 1 + random_.Below(3); count > 0; --count) {
             const std::string id = random_.From(kIdentifiers);
             expected_.Message(id);
             text_ += std::string("BO_ ") + id + " Msg: 8 X\n";
-            for (uint32_t signals = random_.Below(7); signals > 0; --signals) {
+            for (size_t signals = random_.Below(7); signals > 0; --signals) {
                 AddSignal();
             }
         }
@@ -253,7 +253,7 @@ private:
     }
 
     void AddStatements() {
-        for (uint32_t count = random_.Below(12); count > 0; --count) {
+        for (size_t count = random_.Below(12); count > 0; --count) {
             Statement statement = AnyStatement();
             // A carriage return in front of a line feed would be part of the line end, and go.
             for (std::string* text : {&statement.head, &statement.tail}) {
@@ -284,7 +284,7 @@ private:
 
     std::string Blanks(uint32_t least) {
         std::string blanks;
-        for (uint32_t count = random_.OneIn(4) ? least + random_.Below(4) : 1; count > 0; --count) {
+        for (size_t count = random_.OneIn(4) ? least + random_.Below(4) : 1; count > 0; --count) {
             blanks += random_.OneIn(4) ? kSixBlanks[random_.Below(6)] : ' ';
         }
         return blanks;
@@ -314,7 +314,7 @@ private:
 
     std::string DescriptionsTail() {
         std::string tail = Blanks(1) + random_.From(kNames) + Blanks(0);
-        for (uint32_t count = random_.Below(5); count > 0; --count) {
+        for (size_t count = random_.Below(5); count > 0; --count) {
             tail += random_.From(kValues) + Blanks(0) + "\"" + random_.From(kTexts);
             tail += (random_.OneIn(12) ? "" : "\"") + Blanks(0);
         }

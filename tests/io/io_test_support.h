@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "io/text_number.h"
+#include "random.h"
 #include "shown.h"
 
 #ifndef TABRIN_TEMP_DIR
@@ -66,21 +67,6 @@ public:
 
 private:
     std::string path_;
-};
-
-// The same numbers in every run and on every platform.
-class Random {
-public:
-    explicit Random(uint64_t seed) : state_(seed) {}
-
-    // From 0 to `count` - 1.
-    size_t Below(size_t count) {
-        state_ = state_ * 6364136223846793005U + 1442695040888963407U;
-        return static_cast<size_t>((state_ >> 33) % count);
-    }
-
-private:
-    uint64_t state_;
 };
 
 // The number as files have it.

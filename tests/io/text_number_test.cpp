@@ -1055,6 +1055,27 @@ TEST(AppendNumber, IntegersAreWrittenInDecimal) {
     EXPECT_EQ(text, "x0 7 4294967295 0 2147483647 -2147483648");
 }
 
+TEST(AppendNumber, IntegersHaveAllTheirDigitsAndNoMore) {
+    constexpr std::string_view kTexts[] = {"0",       "9",       "10",       "99",        "100",      "101",
+                                           "999",     "1000",    "1001",     "9999",      "10000",    "10010",
+                                           "99999",   "100000",  "100100",   "999000",    "999999",   "1000000",
+                                           "1000001", "9999999", "12345678", "123456789", "999999999"};
+    for (const std::string_view expected : kTexts) {
+        const int32_t number = std::stoi(std::string(expected));
+        std::string text;
+        AppendNumber(text, static_cast<uint32_t>(number));
+        EXPECT_EQ(text, expected);
+        text.clear();
+        AppendNumber(text, number);
+        EXPECT_EQ(text, expected);
+        if (number != 0) {
+            text.clear();
+            AppendNumber(text, -number);
+            EXPECT_EQ(text, "-" + std::string(expected));
+        }
+    }
+}
+
 TEST(AppendNumber, DoublesHaveTenSignificantDigits) {
     const double infinity = std::numeric_limits<double>::infinity();
     const Row<double> rows[] = {
@@ -1085,6 +1106,10 @@ TEST(AppendNumber, DoublesHaveTenSignificantDigits) {
         {"0.0001", 0.0001},
         {"0.00012345", 0.00012345},
         {"0.00010001", 0.00010001},
+        {"0.000999999", 0.000999999},
+        {"0.123999999", 0.123999999},
+        {"1.2345678", 1.2345678},
+        {"12.3456789", 12.3456789},
         {"1.000000001", 1.000000001},
         {"1", 1.0000000001},
         {"0.100000001", 0.100000001},

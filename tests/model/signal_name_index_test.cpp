@@ -356,7 +356,7 @@ TEST(SignalNames, AreFoundAsByTheNaiveSearch) {
         const bool many = seed % 2 == 1;
         const bool blanks = random.Below(3) != 0;
         TestSignals signals(many);
-        for (uint32_t count = random.Below(many ? 100 : SignalNames::kFew / 2); count > 0; --count) {
+        for (size_t count = random.Below(many ? 100 : SignalNames::kFew / 2); count > 0; --count) {
             const std::string_view name = kNames[random.Below(std::size(kNames))];
             const std::string identifier = Identifier(name);
             signals.Add(blanks ? name : std::string_view(identifier), identifier);
