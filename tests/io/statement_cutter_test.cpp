@@ -294,6 +294,7 @@ TEST(Statement, RunsToTheNextKeyword) {
         {"BO_ 1 A\n\n\nSG_ x\n", {{"BO_", "BO_ 1 A\n\n\n", 4}, {"SG_", "SG_ x\n", 4}}},
         {"BO_ 1\nA\n: 8 SG_ x\ny\n", {{"BO_", "BO_ 1\nA\n: 8 ", 3}, {"SG_", "SG_ x\ny\n", 4}}},
         {"BO_ SG_ BO_\n", {{"BO_", "BO_ ", 1}, {"SG_", "SG_ ", 1}, {"BO_", "BO_\n", 1}}},
+        {"BO_\r\n1 A\r\nSG_\r\nx\r\n", {{"BO_", "BO_\n1 A\n", 3}, {"SG_", "SG_\nx\n", 4}}},
         {"VAL_ 1 S 0 \"a\" ;\nEV_ x\n", {{"VAL_", "VAL_ 1 S 0 \"a\" ;\n", 2}, {"EV_", "EV_ x\n", 2}}},
     });
 }
