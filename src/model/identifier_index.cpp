@@ -120,9 +120,6 @@ IdentifierIndex::Slot& IdentifierIndex::GetSlot(uint32_t id) {
 }
 
 void IdentifierIndex::SortInNewMessages() {
-    if (firstUnsorted_ == messages_.size()) {
-        return;
-    }
     const size_t most = namesakes_.size() + messages_.size() - firstUnsorted_;
     if (2 * most > slots_.size()) {
         GrowSlots(most);

@@ -65,9 +65,9 @@ size_t SortedSignalNames::Run::FirstOf(uint64_t key, std::string_view name) cons
         return candidate.key < key || (candidate.key == key && NameOf(candidate) < name);
     };
     const auto firstBits = static_cast<size_t>(key >> otherBits_);
-    const auto place =
-        std::partition_point(names_.begin() + begins_[firstBits], names_.begin() + begins_[firstBits + 1], isBefore);
-    return static_cast<size_t>(place - names_.begin());
+    const size_t begin = begins_[firstBits];
+    const auto some = std::span(names_).first(begins_[firstBits + 1]).subspan(begin);
+    return begin + static_cast<size_t>(std::partition_point(some.begin(), some.end(), isBefore) - some.begin());
 }
 
 }  // namespace tabrin

@@ -139,9 +139,6 @@ ValueDescriptions::List* ValueDescriptions::MakeUsualList(Arena& arena, std::spa
 }
 
 void ValueDescriptions::AddAll(std::span<Described> descriptions) {
-    if (descriptions.empty()) {
-        return;
-    }
     if (IsDescending(descriptions)) {
         std::reverse(descriptions.begin(), descriptions.end());
     }

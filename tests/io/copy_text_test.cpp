@@ -28,13 +28,16 @@ TEST(CopyText, AnEmptyTextNeedsNoMemory) {
     EXPECT_EQ(target, "ab");
 }
 
-// Every size, in the middle of other text on both sides.
+// Every size, in the middle of other bytes on both sides: some with few bits, and some with all of them.
 TEST(CopyShortText, CopiesTheTextAndANulAndNothingElse) {
     const std::string source = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
-    for (size_t size = 0; size <= kLongestShortCopy; ++size) {
-        std::string target(40, '.');
-        CopyShortText(target.data() + 4, std::string_view(source).substr(size % 5, size));
-        EXPECT_EQ(target, "...." + source.substr(size % 5, size) + '\0' + std::string(35 - size, '.')) << size;
+    for (const char other : {'\0', '.', '\xFF'}) {
+        for (size_t size = 0; size <= kLongestShortCopy; ++size) {
+            std::string target(40, other);
+            const std::string text = source.substr(size % 5, size);
+            CopyShortText(target.data() + 4, std::string_view(source).substr(size % 5, size));
+            EXPECT_EQ(target, std::string(4, other) + text + '\0' + std::string(35 - size, other)) << size;
+        }
     }
 }
 

@@ -9,8 +9,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "io/text_hash.h"
 #include "model/own_arena.h"
 
 namespace tabrin {
@@ -243,6 +245,52 @@ TEST(IdentifierIndex, NamesWithBlanksMayComeFromAnyMessageOfTheIdentifier) {
     const CANSignal& fewer = test.AddSignal("A B", "A_B");
     EXPECT_EQ(test.ReadAt(1, "A B C D"), Signals({&first, &blanks, &fewer}));
     EXPECT_EQ(test.ReadAt(2, "A B C D"), Signals({&other}));
+}
+
+// Where the identifier is the front of the name, it is found by that only.
+TEST(IdentifierIndex, IdentifierMayBeTheFrontOfTheName) {
+    TestIndex test;
+    test.AddMessage(1);
+    OwnSignal signal;
+    signal.nameAsRead = signal.GetArena().Keep("LongName");
+    signal.identifierName = signal.nameAsRead.substr(0, 4);
+    test.index.AddSignal(signal);
+    const auto count = [&](std::string_view name) {
+        size_t read = 0;
+        size_t identified = 0;
+        const SignalNames names = test.index.FindSignalNames(1);
+        names.ForEachRead(name, [&](const CANSignal&) { ++read; });
+        names.ForEachIdentified(name, [&](const CANSignal&) { return ++identified != 0; });
+        return std::pair(read, identified);
+    };
+    EXPECT_EQ(count("LongName"), std::pair(size_t{1}, size_t{0}));
+    EXPECT_EQ(count("Long"), std::pair(size_t{0}, size_t{1}));
+}
+
+// Identifiers that all want the same place of the table, whatever size it has by then.
+TEST(IdentifierIndex, FindsMessagesThatWantOnePlace) {
+    constexpr size_t kCount = 151;
+    constexpr uint64_t kPlaces = 0xFFF;
+    std::vector<uint32_t> ids;
+    for (uint32_t id = 0; ids.size() < kCount; ++id) {
+        if ((text_hash::Mixed(id) & kPlaces) == 0) {
+            ids.push_back(id);
+        }
+    }
+    const uint32_t absent = ids.back();
+    ids.pop_back();
+    TestIndex test;
+    std::vector<Messages> messages;
+    for (const size_t known : {60U, 63U, 64U, 65U, 66U, 100U, 150U}) {
+        SCOPED_TRACE(known);
+        while (messages.size() < known) {
+            messages.push_back({&test.AddMessage(ids[messages.size()])});
+        }
+        for (size_t i = 0; i < known; ++i) {
+            EXPECT_EQ(test.Messages(ids[known - 1 - i]), messages[known - 1 - i]) << ids[known - 1 - i];
+        }
+        EXPECT_EQ(test.Messages(absent), Messages());
+    }
 }
 
 }  // namespace
