@@ -121,7 +121,6 @@ TEST(TokenReader, HandsOutNothingAtTheEnd) {
 }
 
 TEST(TokenReader, TokensLiveAsLongAsTheReader) {
-    const CharSet blank(" ");
     std::string text;
     for (int i = 0; i < 100; ++i) {
         text += "\"x   " + std::to_string(i) + "\" ";
