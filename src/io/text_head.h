@@ -10,22 +10,19 @@
 
 namespace tabrin {
 
+// As on all systems that the library is for: else the first character would come out highest.
+static_assert(std::endian::native == std::endian::little);
+
 // Eight characters, the first one lowest.
 inline uint64_t HeadAt(const char* text) {
     uint64_t head = 0;
-    if constexpr (std::endian::native == std::endian::little) {
-        std::memcpy(&head, text, sizeof head);
-    } else {
-        for (size_t i = 0; i < sizeof head; ++i) {
-            head |= uint64_t{static_cast<unsigned char>(text[i])} << (8 * i);
-        }
-    }
+    std::memcpy(&head, text, sizeof head);
     return head;
 }
 
 // The first eight characters of a text in that order; a shorter one is filled up with zeros.
 constexpr uint64_t HeadOf(std::string_view text) {
-    if (std::is_constant_evaluated() || std::endian::native != std::endian::little) {
+    if (std::is_constant_evaluated()) {  // never run: evaluated in compiling
         uint64_t head = 0;
         for (size_t i = 0; i < text.size() && i < sizeof head; ++i) {
             head |= uint64_t{static_cast<unsigned char>(text[i])} << (8 * i);
